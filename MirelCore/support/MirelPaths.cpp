@@ -1,0 +1,33 @@
+#include "support/MirelPaths.h"
+
+#include "support/platform/UserDirectories.h"
+
+#include <QDir>
+
+namespace mirel {
+
+QString MirelPaths::applicationSupportDirectory(const QProcessEnvironment& environment,
+                                                const FileManager& fileManager)
+{
+    const QString chosen = environment.value(QStringLiteral("MIREL_LOCAL_DATA_DIR"));
+    const QString directory =
+        chosen.isEmpty()
+            ? QDir(userApplicationSupportDirectory(environment)).filePath(QStringLiteral("Mirel"))
+            : chosen;
+    fileManager.createDirectory(directory);
+    return directory;
+}
+
+QString MirelPaths::databasePath()
+{
+    const QDir directory(applicationSupportDirectory(QProcessEnvironment::systemEnvironment()));
+    return directory.filePath(QStringLiteral("mirel.sqlite3"));
+}
+
+QString MirelPaths::cacheDirectory(const QProcessEnvironment& environment)
+{
+    const QString caches = userCachesDirectory(environment);
+    return QDir(caches.isEmpty() ? QDir::tempPath() : caches).filePath(QStringLiteral("Mirel"));
+}
+
+} // namespace mirel

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "support/FileManager.h"
+
+#include <QProcessEnvironment>
+#include <QString>
+
+namespace mirel {
+
+// Where Mirel keeps its files.
+struct MirelPaths
+{
+    MirelPaths() = delete;
+
+    // The directory of the library: MIREL_LOCAL_DATA_DIR when it is set and not empty, else "Mirel" in the
+    // user's application support directory. Creates it. Throws FileError.
+    [[nodiscard]] static QString
+    applicationSupportDirectory(const QProcessEnvironment& environment,
+                                const FileManager& fileManager = FileManager::standard());
+
+    // The library's file in the directory that the process environment gives. Throws FileError.
+    [[nodiscard]] static QString databasePath();
+
+    // "Mirel" in the user's caches directory, or in the temporary one when there is none. Creates nothing.
+    [[nodiscard]] static QString cacheDirectory(const QProcessEnvironment& environment);
+};
+
+} // namespace mirel
