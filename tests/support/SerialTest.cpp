@@ -1,4 +1,5 @@
 #include "support/Serial.h"
+#include "support/BlockOn.h"
 #include "support/Error.h"
 
 #include <QCoro/QCoroTimer>
@@ -44,7 +45,7 @@ TEST(Serial, RunsTheFunctionOnTheServicesThreadAndResumesTheCallerOnItsOwn)
 {
     const auto counter = makeCounter();
     QThread* const caller = QThread::currentThread();
-    QCoro::waitFor([&]() -> QCoro::Task<> {
+    blockOn([&]() -> QCoro::Task<> {
         QThread* const ran = co_await counter->call([](Counter&) { return QThread::currentThread(); });
         EXPECT_NE(ran, caller);
         EXPECT_EQ(ran, counter->unguarded().home);
@@ -55,22 +56,21 @@ TEST(Serial, RunsTheFunctionOnTheServicesThreadAndResumesTheCallerOnItsOwn)
 TEST(Serial, ReturnsWhatTheFunctionReturnsAlsoWhenItIsNothing)
 {
     const auto counter = makeCounter();
-    QCoro::waitFor(counter->call([](Counter& it) { it.value = 5; }));
-    EXPECT_EQ(QCoro::waitFor(counter->call([](Counter& it) { return it.add(2); })), 7);
+    blockOn(counter->call([](Counter& it) { it.value = 5; }));
+    EXPECT_EQ(blockOn(counter->call([](Counter& it) { return it.add(2); })), 7);
 }
 
 TEST(Serial, AwaitsATaskThatTheFunctionReturns)
 {
     const auto counter = makeCounter();
-    EXPECT_EQ(QCoro::waitFor(counter->call([](Counter& it) { return it.addLater(3); })), 3);
+    EXPECT_EQ(blockOn(counter->call([](Counter& it) { return it.addLater(3); })), 3);
 }
 
 TEST(Serial, PassesExceptionsOfFunctionsAndTasksThrough)
 {
     const auto counter = makeCounter();
-    EXPECT_THROW(QCoro::waitFor(counter->call([](Counter&) { throw std::out_of_range("far"); })),
-                 std::out_of_range);
-    EXPECT_THROW(QCoro::waitFor(counter->call([](Counter& it) -> QCoro::Task<int> {
+    EXPECT_THROW(blockOn(counter->call([](Counter&) { throw std::out_of_range("far"); })), std::out_of_range);
+    EXPECT_THROW(blockOn(counter->call([](Counter& it) -> QCoro::Task<int> {
                      co_await it.addLater(1);
                      throw std::out_of_range("far");
                  })),
@@ -90,9 +90,9 @@ TEST(Serial, WaitsForCallsInFlightBeforeItDestroysTheService)
     auto counter = makeCounter();
     auto task = counter->call([](Counter& it) { return it.addLater(3); });
     // Lets the call begin.
-    QCoro::waitFor(counter->call([](Counter&) {}));
+    blockOn(counter->call([](Counter&) {}));
     counter.reset();
-    EXPECT_EQ(QCoro::waitFor(std::move(task)), 3);
+    EXPECT_EQ(blockOn(std::move(task)), 3);
 }
 
 } // namespace

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QByteArray>
+#include <QCoro/QCoroTask>
+#include <QList>
+#include <QPair>
+#include <QUrl>
+
+#include <chrono>
+#include <optional>
+
+namespace mirel {
+
+using HTTPHeader = QPair<QByteArray, QByteArray>;
+
+// A fully built request.
+struct HTTPRequest
+{
+    QByteArray method = "GET";
+    QUrl url;
+    QList<HTTPHeader> headers;
+    QByteArray body;
+    // The time without any progress after which the request fails.
+    std::chrono::milliseconds timeout{60'000};
+
+    // The value of the first header of that name, in any letter case, or absent.
+    [[nodiscard]] std::optional<QByteArray> header(QByteArrayView name) const;
+};
+
+// An answer of any status.
+struct HTTPResponse
+{
+    int status = 0;
+    QList<HTTPHeader> headers;
+    QByteArray body;
+
+    [[nodiscard]] bool isSuccess() const { return status >= 200 && status <= 299; }
+
+    // The value of the first header of that name, in any letter case, or absent.
+    [[nodiscard]] std::optional<QByteArray> header(QByteArrayView name) const;
+};
+
+// The one road by which Mirel speaks HTTP.
+class HTTPTransport
+{
+public:
+    virtual ~HTTPTransport();
+
+    // Sends the request and returns the answer, whatever its status. Throws HTTPTransportError when no HTTP
+    // answer came.
+    [[nodiscard]] virtual QCoro::Task<HTTPResponse> data(HTTPRequest request) = 0;
+};
+
+} // namespace mirel

@@ -1,0 +1,8 @@
+#include "x/XDirectAPI.h"
+
+namespace mirel {
+
+XBookmarksFetching::~XBookmarksFetching() = default;
+XDirectAPI::~XDirectAPI() = default;
+
+} // namespace mirel
