@@ -18,6 +18,8 @@ add_compile_definitions(
 add_library(mirel_warnings INTERFACE)
 target_compile_options(mirel_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+    # A designated initialiser leaves out fields on purpose.
+    -Wno-missing-field-initializers
 )
 
 if(MIREL_SANITIZE)

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "library/SQLiteRow.h"
+#include "records/Bookmark.h"
+#include "records/SyncRun.h"
+
+namespace mirel {
+
+// How rows become records. Only decodeBookmark has required columns; the others take defaults and never
+// fail.
+
+// Throws SQLiteStoreError::execute when a required column is missing or of the wrong type, and
+// JSONCodingError when a JSON column cannot be read.
+[[nodiscard]] Bookmark decodeBookmark(const SQLiteRow& row, QList<Tag> tags, std::optional<Folder> folder);
+
+[[nodiscard]] Tag decodeTag(const SQLiteRow& row);
+[[nodiscard]] Folder decodeFolder(const SQLiteRow& row);
+[[nodiscard]] SyncRun decodeSyncRun(const SQLiteRow& row);
+[[nodiscard]] SyncLogEntry decodeSyncLogEntry(const SQLiteRow& row);
+
+} // namespace mirel

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "support/Instant.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <concepts>
+#include <optional>
+#include <variant>
+
+namespace mirel {
+
+// A value to bind. Texts are UTF-8.
+class SQLiteValue
+{
+public:
+    using Storage = std::variant<std::monostate, qint64, double, QByteArray>;
+
+    SQLiteValue() = default; // NULL
+    SQLiteValue(std::nullptr_t) {}
+    SQLiteValue(std::integral auto value)
+        : m_storage(static_cast<qint64>(value))
+    {
+    }
+    SQLiteValue(double value)
+        : m_storage(value)
+    {
+    }
+    SQLiteValue(const QString& value)
+        : m_storage(value.toUtf8())
+    {
+    }
+    SQLiteValue(QByteArray utf8)
+        : m_storage(std::move(utf8))
+    {
+    }
+    // Seconds since 1970, as every date column holds them.
+    SQLiteValue(Instant value)
+        : m_storage(value.secondsSince1970())
+    {
+    }
+    template <typename T>
+    SQLiteValue(const std::optional<T>& value)
+    {
+        if (value)
+            m_storage = SQLiteValue(*value).m_storage;
+    }
+
+    [[nodiscard]] const Storage& storage() const { return m_storage; }
+
+private:
+    Storage m_storage;
+};
+
+} // namespace mirel

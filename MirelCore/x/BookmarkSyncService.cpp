@@ -1,0 +1,75 @@
+#include "x/BookmarkSyncService.h"
+
+#include "x/BookmarkSyncError.h"
+
+#include <QSet>
+
+namespace mirel {
+
+BookmarkSyncService::BookmarkSyncService(XBookmarksFetching& x, Serial<LocalLibraryStore>& store, Clock now)
+    : m_x(x)
+    , m_store(store)
+    , m_now(std::move(now))
+{
+}
+
+QCoro::Task<BookmarkSyncSummary> BookmarkSyncService::sync(BookmarkSyncMode mode,
+                                                           BookmarkSyncProgressHandler progress)
+{
+    BookmarkSyncSummary summary{.mode = mode};
+    QSet<QString> seenTokens;
+    std::optional<QString> token;
+    for (;;) {
+        const XBookmarkPage page = co_await m_x.bookmarks(token, pageSize);
+        const StoredPage stored = co_await store(page.items);
+        ++summary.pages;
+        summary.fetched += page.items.size();
+        summary.created += stored.createdBookmarkIDs.size();
+        summary.updated += stored.updated;
+        summary.createdBookmarkIDs += stored.createdBookmarkIDs;
+        const bool stops = mode == BookmarkSyncMode::incremental && stored.createdBookmarkIDs.isEmpty();
+        if (progress) {
+            co_await progress({
+                .pages = summary.pages,
+                .fetched = summary.fetched,
+                .created = summary.created,
+                .updated = summary.updated,
+                .requested = pageSize,
+                .received = page.items.size(),
+                .reported = page.resultCount,
+                .hasNextPage = page.nextToken && !stops,
+            });
+        }
+        if (stops || !page.nextToken) {
+            summary.reachedRemoteEnd = !page.nextToken;
+            summary.completedAt = m_now();
+            co_return summary;
+        }
+        if (summary.pages == mostPages)
+            throw BookmarkSyncError(BookmarkSyncError::Case::pageLimitExceeded);
+        if (seenTokens.contains(*page.nextToken))
+            throw BookmarkSyncError(BookmarkSyncError::Case::paginationCycle);
+        seenTokens.insert(*page.nextToken);
+        token = page.nextToken;
+    }
+}
+
+// A page is handed over in one call, each post in a transaction of its own: a failure loses nothing of what
+// came before it.
+QCoro::Task<BookmarkSyncService::StoredPage> BookmarkSyncService::store(QList<SyncedBookmark> items)
+{
+    return m_store.call([items = std::move(items), now = m_now](LocalLibraryStore& library) {
+        StoredPage stored;
+        for (const SyncedBookmark& item : items) {
+            const bool isNew = !library.bookmark(item.tweetID);
+            const Bookmark bookmark = library.upsertFromX(item, now());
+            if (isNew)
+                stored.createdBookmarkIDs.append(bookmark.id);
+            else
+                ++stored.updated;
+        }
+        return stored;
+    });
+}
+
+} // namespace mirel
