@@ -27,4 +27,6 @@ std::optional<QByteArray> HTTPResponse::header(QByteArrayView name) const
 
 HTTPTransport::~HTTPTransport() = default;
 
+void HTTPTransport::cancelAll() {}
+
 } // namespace mirel

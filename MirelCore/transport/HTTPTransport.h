@@ -49,6 +49,9 @@ public:
     // Sends the request and returns the answer, whatever its status. Throws HTTPTransportError when no HTTP
     // answer came.
     [[nodiscard]] virtual QCoro::Task<HTTPResponse> data(HTTPRequest request) = 0;
+
+    // Ends every request in flight, which then throws. Does nothing where requests end by themselves.
+    virtual void cancelAll();
 };
 
 } // namespace mirel

@@ -1,0 +1,189 @@
+#include "model/BookmarkListModel.h"
+
+#include "support/Text.h"
+
+#include <QSet>
+
+namespace mirel {
+
+namespace {
+
+// X sends these three characters escaped, and only these.
+QString displayText(QString text)
+{
+    return text.replace(QStringLiteral("&lt;"), QStringLiteral("<"))
+        .replace(QStringLiteral("&gt;"), QStringLiteral(">"))
+        .replace(QStringLiteral("&amp;"), QStringLiteral("&"));
+}
+
+// The first characters of the first and the last word.
+QString initials(const QString& name)
+{
+    const QStringList words = name.split(u' ', Qt::SkipEmptyParts);
+    if (words.isEmpty())
+        return {};
+    QString result = firstCharacters(words.first(), 1);
+    if (words.size() > 1)
+        result += firstCharacters(words.last(), 1);
+    return result.toUpper();
+}
+
+// A still image of a media item: a video without one shows none.
+QUrl stillImageURL(const MediaItem& item)
+{
+    if (item.previewURL)
+        return *item.previewURL;
+    if (const auto thumbnail = item.youtubeThumbnailURL())
+        return *thumbnail;
+    return item.kind == MediaKind::photo ? item.url : QUrl();
+}
+
+QVariantList mediaRows(const QList<MediaItem>& media)
+{
+    QVariantList rows;
+    for (const MediaItem& item : media) {
+        rows.append(QVariantMap{
+            {QStringLiteral("url"), stillImageURL(item)},
+            {QStringLiteral("kind"), rawValue(item.kind)},
+            {QStringLiteral("altText"), item.altText.value_or(QString())},
+            {QStringLiteral("width"), item.width.value_or(0)},
+            {QStringLiteral("height"), item.height.value_or(0)},
+        });
+    }
+    return rows;
+}
+
+QVariantList labelRows(const QList<Tag>& tags)
+{
+    QVariantList rows;
+    for (const Tag& tag : tags) {
+        rows.append(QVariantMap{
+            {QStringLiteral("name"), tag.name},
+            {QStringLiteral("colorHex"), tag.colorHex},
+        });
+    }
+    return rows;
+}
+
+} // namespace
+
+int BookmarkListModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant BookmarkListModel::data(const QModelIndex& index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const Bookmark& bookmark = m_bookmarks[index.row()];
+    switch (role) {
+    case BookmarkIDRole:
+        return bookmark.id;
+    case TweetIDRole:
+        return bookmark.tweetID;
+    case AuthorIDRole:
+        return bookmark.author.id;
+    case AuthorNameRole:
+        return bookmark.author.name;
+    case AuthorUsernameRole:
+        return bookmark.author.username;
+    case AuthorInitialsRole:
+        return initials(bookmark.author.name);
+    case ProfileImageURLRole:
+        return bookmark.author.profileImageURL.value_or(QUrl());
+    case CreatedAtRole:
+        return bookmark.createdAt.toDateTime().toLocalTime();
+    case TitleRole:
+        return displayText(bookmark.contentTitle.value_or(QString()));
+    case Qt::DisplayRole:
+    case TextRole:
+        return displayText(bookmark.text);
+    case SourceURLRole:
+        return bookmark.sourceURL;
+    case MediaRole:
+        return mediaRows(bookmark.media);
+    case MetricsRole:
+        return toJSON(bookmark.metrics).toVariant();
+    case LabelsRole:
+        return labelRows(bookmark.tags);
+    case IsReadRole:
+        return bookmark.isRead;
+    case IsFavoriteRole:
+        return bookmark.isFavorite;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> BookmarkListModel::roleNames() const
+{
+    return {
+        {BookmarkIDRole, "bookmarkID"},
+        {TweetIDRole, "tweetID"},
+        {AuthorIDRole, "authorID"},
+        {AuthorNameRole, "authorName"},
+        {AuthorUsernameRole, "authorUsername"},
+        {AuthorInitialsRole, "authorInitials"},
+        {ProfileImageURLRole, "profileImageURL"},
+        {CreatedAtRole, "createdAt"},
+        {TitleRole, "title"},
+        {TextRole, "text"},
+        {SourceURLRole, "sourceURL"},
+        {MediaRole, "media"},
+        {MetricsRole, "metrics"},
+        {LabelsRole, "labels"},
+        {IsReadRole, "isRead"},
+        {IsFavoriteRole, "isFavorite"},
+    };
+}
+
+void BookmarkListModel::setBookmarks(const QList<Bookmark>& bookmarks)
+{
+    const int oldCount = count();
+    removeMissing(bookmarks);
+    for (int row = 0; row < bookmarks.size(); ++row)
+        place(row, bookmarks[row]);
+    if (count() != oldCount)
+        Q_EMIT countChanged();
+}
+
+void BookmarkListModel::removeMissing(const QList<Bookmark>& bookmarks)
+{
+    QSet<qint64> kept;
+    for (const Bookmark& bookmark : bookmarks)
+        kept.insert(bookmark.id);
+    for (int row = count() - 1; row >= 0; --row) {
+        if (kept.contains(m_bookmarks[row].id))
+            continue;
+        beginRemoveRows({}, row, row);
+        m_bookmarks.removeAt(row);
+        endRemoveRows();
+    }
+}
+
+// The rows before `row` already stand as they should.
+void BookmarkListModel::place(int row, const Bookmark& bookmark)
+{
+    const auto sameID = [&](const Bookmark& other) { return other.id == bookmark.id; };
+    const auto found =
+        std::find_if(m_bookmarks.cbegin() + std::min(row, count()), m_bookmarks.cend(), sameID);
+    if (found == m_bookmarks.cend()) {
+        beginInsertRows({}, row, row);
+        m_bookmarks.insert(row, bookmark);
+        endInsertRows();
+        return;
+    }
+    const int oldRow = static_cast<int>(found - m_bookmarks.cbegin());
+    if (oldRow != row) {
+        beginMoveRows({}, oldRow, oldRow, {}, row);
+        m_bookmarks.move(oldRow, row);
+        endMoveRows();
+    }
+    if (m_bookmarks[row] != bookmark) {
+        m_bookmarks[row] = bookmark;
+        Q_EMIT dataChanged(index(row), index(row));
+    }
+}
+
+} // namespace mirel

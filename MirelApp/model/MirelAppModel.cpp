@@ -1,0 +1,94 @@
+#include "model/MirelAppModel.h"
+
+#include "model/RunningCommand.h"
+
+#include <QCoro/QCoroSignal>
+
+namespace mirel {
+
+MirelAppModel::MirelAppModel(MirelServices services)
+    : m_services(std::move(services))
+{
+}
+
+MirelAppModel::~MirelAppModel() = default;
+
+QCoro::Task<> MirelAppModel::start()
+{
+    const RunningCommand running(*this);
+    co_await refreshLibrary();
+    co_await refreshSyncRuns();
+    // Not awaited: the library is on screen before the keyring, which may ask the user, is touched.
+    refreshCredentialState();
+}
+
+QCoro::Task<> MirelAppModel::shutDown()
+{
+    if (m_services.transport) {
+        co_await m_services.transport->call([](HTTPTransport& transport) { transport.cancelAll(); });
+    }
+    while (m_runningCommands > 0)
+        co_await qCoro(this, &MirelAppModel::becameIdle);
+}
+
+void MirelAppModel::setStatusMessage(const QString& message)
+{
+    m_statusMessage = message;
+    Q_EMIT messagesChanged();
+}
+
+void MirelAppModel::setLastError(std::optional<QString> error)
+{
+    m_lastError = std::move(error);
+    Q_EMIT messagesChanged();
+}
+
+void MirelAppModel::fail(const std::exception_ptr& failure)
+{
+    setLastError(describe(failure));
+}
+
+void MirelAppModel::dismissError()
+{
+    setLastError({});
+}
+
+void MirelAppModel::dismissStatus()
+{
+    m_statusMessage.reset();
+    Q_EMIT messagesChanged();
+}
+
+void MirelAppModel::requestSync(bool fullScan)
+{
+    syncNow({}, fullScan);
+}
+
+void MirelAppModel::requestRefresh()
+{
+    refreshLibrary();
+}
+
+void MirelAppModel::requestNextPage()
+{
+    nextPage();
+}
+
+void MirelAppModel::requestPreviousPage()
+{
+    previousPage();
+}
+
+void MirelAppModel::requestMailbox(const QString& filter)
+{
+    if (const auto mailbox = fromRawValue<LibraryFilter>(filter))
+        openMailbox(*mailbox);
+}
+
+void MirelAppModel::requestSort(const QString& sort)
+{
+    if (const auto order = fromRawValue<LibrarySort>(sort))
+        setLibrarySort(*order);
+}
+
+} // namespace mirel
