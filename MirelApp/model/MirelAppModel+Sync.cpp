@@ -42,10 +42,10 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
                 this, [this, page] { showSyncProgress(page); }, Qt::QueuedConnection);
             co_return;
         };
-        m_lastSyncSummary =
-            co_await m_services.syncService->call([effectiveKind, mode, progress](MirelSyncService& service) {
-                return service.sync(effectiveKind, mode, progress);
-            });
+        const auto sync = [effectiveKind, mode, progress](MirelSyncService& service) {
+            return service.sync(effectiveKind, mode, progress);
+        };
+        m_lastSyncSummary = co_await m_services.syncService->call(sync);
         setStatusMessage(statusOf(*m_lastSyncSummary));
         succeeded = true;
     } catch (...) {

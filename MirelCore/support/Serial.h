@@ -96,13 +96,29 @@ public:
 
     // Runs `function(service)` on the service's thread and returns what it returns; when that is a task,
     // what the task returns. Exceptions pass through.
-    template <std::invocable<Service&> Function>
-    auto call(Function function)
-        -> QCoro::Task<typename detail::TaskResult<std::invoke_result_t<Function, Service&>>::Type>
+    //
+    // GCC 12 destroys a lambda or an aggregate that is a temporary of an awaited expression twice. A
+    // function that owns something is therefore given a name first; the compiler insists.
+    template <typename Function>
+    requires std::invocable<Function&, Service&>
+    auto call(Function&& function)
     {
-        using Result = typename detail::TaskResult<std::invoke_result_t<Function, Service&>>::Type;
+        static_assert(std::is_lvalue_reference_v<Function> ||
+                          std::is_trivially_destructible_v<std::remove_cvref_t<Function>>,
+                      "give the function a name before the call: its captures own something");
+        return post<std::remove_cvref_t<Function>>(std::forward<Function>(function));
+    }
+
+    // The service itself, for other services that live on the same thread.
+    [[nodiscard]] Service& unguarded() const { return *m_service; }
+
+private:
+    template <typename Function>
+    auto post(Function function)
+        -> QCoro::Task<typename detail::TaskResult<std::invoke_result_t<Function&, Service&>>::Type>
+    {
+        using Result = typename detail::TaskResult<std::invoke_result_t<Function&, Service&>>::Type;
         const auto delivery = std::make_shared<detail::Delivery<Result>>();
-        // Named, since GCC 12 destroys an aggregate temporary of co_await twice.
         Posting<Function, Result> posting{*this, std::move(function), delivery};
         co_await posting;
         if (delivery->failure)
@@ -111,10 +127,6 @@ public:
             co_return std::move(*delivery->result);
     }
 
-    // The service itself, for other services that live on the same thread.
-    [[nodiscard]] Service& unguarded() const { return *m_service; }
-
-private:
     template <typename Function, typename Result>
     struct Posting
     {
@@ -138,7 +150,7 @@ private:
     template <typename Function, typename Result>
     void run(Function function, std::shared_ptr<detail::Delivery<Result>> delivery)
     {
-        using Returned = std::invoke_result_t<Function, Service&>;
+        using Returned = std::invoke_result_t<Function&, Service&>;
         ++m_callsInFlight;
         if constexpr (detail::TaskResult<Returned>::isTask) {
             finish(std::move(function), std::move(delivery));

@@ -58,7 +58,7 @@ QCoro::Task<BookmarkSyncSummary> BookmarkSyncService::sync(BookmarkSyncMode mode
 // came before it.
 QCoro::Task<BookmarkSyncService::StoredPage> BookmarkSyncService::store(QList<SyncedBookmark> items)
 {
-    return m_store.call([items = std::move(items), now = m_now](LocalLibraryStore& library) {
+    const auto storeEach = [items = std::move(items), now = m_now](LocalLibraryStore& library) {
         StoredPage stored;
         for (const SyncedBookmark& item : items) {
             const bool isNew = !library.bookmark(item.tweetID);
@@ -69,7 +69,8 @@ QCoro::Task<BookmarkSyncService::StoredPage> BookmarkSyncService::store(QList<Sy
                 ++stored.updated;
         }
         return stored;
-    });
+    };
+    return m_store.call(storeEach);
 }
 
 } // namespace mirel

@@ -80,10 +80,11 @@ QCoro::Task<BookmarkSyncSummary> MirelSyncService::runAndComplete(qint64 runID, 
             co_await progress(page);
     };
     const BookmarkSyncSummary summary = co_await m_bookmarkSync.sync(mode, recordAndReport);
-    co_await m_store.call([runID, summary](LocalLibraryStore& library) {
+    const auto complete = [runID, summary](LocalLibraryStore& library) {
         library.updateSyncRun(runID, SyncRun::Status::completed, summary.pages, summary.fetched,
                               summary.created, summary.updated);
-    });
+    };
+    co_await m_store.call(complete);
     co_await appendEntry(runID, SyncLogEntry::Event::completed,
                          QStringLiteral("Completed %1 sync of %2 bookmarks across %3 pages.")
                              .arg(rawValue(mode))
@@ -114,7 +115,7 @@ QCoro::Task<> MirelSyncService::recordPage(qint64 runID, BookmarkSyncProgress pa
 QCoro::Task<> MirelSyncService::recordFailure(qint64 runID, std::exception_ptr failure)
 {
     const Outcome outcome = outcomeOf(failure);
-    co_await m_store.call([runID, outcome](LocalLibraryStore& library) {
+    const auto record = [runID, outcome](LocalLibraryStore& library) {
         const SyncRun counters = recordedCounters(library, runID);
         try {
             library.updateSyncRun(runID, outcome.status, counters.pages, counters.fetched, counters.created,
@@ -122,20 +123,22 @@ QCoro::Task<> MirelSyncService::recordFailure(qint64 runID, std::exception_ptr f
         } catch (const Error&) {
             // The failure itself is what the caller hears of.
         }
-    });
+    };
+    co_await m_store.call(record);
     co_await appendEntry(runID, SyncLogEntry::Event::failed, outcome.message);
 }
 
 QCoro::Task<> MirelSyncService::appendEntry(qint64 runID, SyncLogEntry::Event event, QString message,
                                             LocalLibraryStore::PageNumbers numbers)
 {
-    co_await m_store.call([runID, event, message, numbers](LocalLibraryStore& library) {
+    const auto append = [runID, event, message, numbers](LocalLibraryStore& library) {
         try {
             library.appendSyncLogEntry(runID, event, message, numbers);
         } catch (const Error&) {
             // A lost line of history must not end the sync.
         }
-    });
+    };
+    co_await m_store.call(append);
 }
 
 } // namespace mirel
