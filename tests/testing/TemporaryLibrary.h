@@ -2,6 +2,8 @@
 
 #include "library/LocalLibraryStore.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 namespace mirel::testing {
@@ -41,7 +43,15 @@ public:
     ManualClock clock;
 
 private:
-    QTemporaryDir m_directory;
+    // In memory where the system has such a directory: waiting for a disk tests nothing.
+    [[nodiscard]] static QString pathTemplate()
+    {
+        const QString memory = QStringLiteral("/dev/shm");
+        const QString root = QFileInfo(memory).isWritable() ? memory : QDir::tempPath();
+        return root + QStringLiteral("/mirel-test-XXXXXX");
+    }
+
+    QTemporaryDir m_directory{pathTemplate()};
 };
 
 // A post as a sync brings it. Posts of the same number are equal; the higher the number, the later.
