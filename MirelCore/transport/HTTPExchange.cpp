@@ -2,8 +2,8 @@
 
 #include "transport/GzipDecoding.h"
 #include "transport/OneTimeBody.h"
+#include "transport/SystemProxies.h"
 
-#include <QNetworkAccessManager>
 #include <QNetworkRequest>
 
 namespace mirel {
@@ -31,6 +31,11 @@ QNetworkRequest networkRequest(const HTTPRequest& request)
 QNetworkReply* send(QNetworkAccessManager& manager, const HTTPRequest& request)
 {
     QNetworkRequest network = networkRequest(request);
+    // Qt expects a body in the answer to a custom request, whatever its method.
+    if (request.method == "HEAD")
+        return manager.head(network);
+    if (request.body.isEmpty() && request.method == "GET")
+        return manager.get(network);
     if (request.body.isEmpty())
         return manager.sendCustomRequest(network, request.method, QByteArray());
     network.setHeader(QNetworkRequest::ContentLengthHeader, request.body.size());
@@ -42,8 +47,11 @@ QNetworkReply* send(QNetworkAccessManager& manager, const HTTPRequest& request)
 }
 
 // Qt counts an HTTP status from 400 on as an error too; to Mirel that is an answer.
-bool isAnswer(QNetworkReply::NetworkError error)
+bool isAnswer(QNetworkReply::NetworkError error, int status)
 {
+    // What Qt makes of 400 and 418.
+    if (error == QNetworkReply::ProtocolInvalidOperationError)
+        return status >= 400;
     const bool isAboutContent = error >= QNetworkReply::ContentAccessDenied &&
                                 error <= QNetworkReply::UnknownContentError &&
                                 error != QNetworkReply::ContentReSendError;
@@ -71,10 +79,18 @@ HTTPTransportError::Case errorCase(QNetworkReply::NetworkError error)
 
 } // namespace
 
+std::unique_ptr<QNetworkAccessManager> makeNetworkAccessManager()
+{
+    auto manager = std::make_unique<QNetworkAccessManager>();
+    manager->setProxyFactory(new SystemProxies);
+    return manager;
+}
+
 HTTPExchange::HTTPExchange(QNetworkAccessManager& manager, const HTTPRequest& request, qsizetype sizeLimit)
     : m_url(request.url)
     , m_sizeLimit(sizeLimit)
-    , m_reply(send(manager, request))
+    , m_ownManager(request.body.isEmpty() ? nullptr : makeNetworkAccessManager())
+    , m_reply(send(m_ownManager ? *m_ownManager : manager, request))
 {
     m_patience.setSingleShot(true);
     m_patience.setInterval(request.timeout);
@@ -87,7 +103,6 @@ HTTPExchange::~HTTPExchange()
 {
     m_reply->disconnect(this);
     m_reply->abort();
-    // Not at once: this can be the work of one of the reply's own signals.
     m_reply->deleteLater();
 }
 
@@ -130,12 +145,12 @@ void HTTPExchange::end()
     readBody();
     if (m_isFinished)
         return;
-    const QVariant status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    if (!isAnswer(m_reply->error()))
+    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (!isAnswer(m_reply->error(), status))
         return fail(errorCase(m_reply->error()));
-    if (!status.isValid())
+    if (status == 0)
         return fail(HTTPTransportError::Case::badServerResponse);
-    m_response.status = status.toInt();
+    m_response.status = status;
     m_response.headers = m_reply->rawHeaderPairs();
     decode();
     finish();

@@ -3,6 +3,7 @@
 #include "transport/HTTPTransport.h"
 #include "transport/HTTPTransportError.h"
 
+#include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QObject>
 #include <QTimer>
@@ -10,9 +11,10 @@
 #include <coroutine>
 #include <memory>
 
-class QNetworkAccessManager;
-
 namespace mirel {
+
+// A manager of connections through the system's proxies.
+[[nodiscard]] std::unique_ptr<QNetworkAccessManager> makeNetworkAccessManager();
 
 // One request on the wire and its answer, whatever its status; redirects are not followed. Begins when it is
 // made; awaited once, by a coroutine of the same thread that owns it. Aborts what is unfinished when it is
@@ -21,7 +23,7 @@ class HTTPExchange : public QObject
 {
 public:
     // An answer of more than `sizeLimit` bytes, on the wire or expanded, is refused. `manager` outlives the
-    // exchange unless the exchange was canceled.
+    // exchange.
     HTTPExchange(QNetworkAccessManager& manager, const HTTPRequest& request, qsizetype sizeLimit);
     ~HTTPExchange() override;
     Q_DISABLE_COPY_MOVE(HTTPExchange)
@@ -55,6 +57,9 @@ private:
     QUrl m_url;
     qsizetype m_sizeLimit;
     QTimer m_patience;
+    // A request with a body is sent only once, so it gets a connection of its own: an idle one may have
+    // been closed by the other side, which shows only when it is too late.
+    std::unique_ptr<QNetworkAccessManager> m_ownManager;
     QNetworkReply* m_reply = nullptr;
     HTTPResponse m_response;
     std::optional<HTTPTransportError::Case> m_failure;

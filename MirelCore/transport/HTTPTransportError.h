@@ -21,7 +21,7 @@ public:
         tooLarge,
         // Given up by Mirel itself.
         canceled,
-        // What came is not HTTP, or breaks its rules.
+        // What was asked is not on HTTP, or what came breaks its rules.
         badServerResponse,
         // The answer leads from an encrypted page to an unencrypted one, to something that is not HTTP, or
         // in circles.

@@ -23,11 +23,19 @@ qint64 OneTimeBody::bytesAvailable() const
 
 bool OneTimeBody::atEnd() const
 {
-    return bytesAvailable() == 0;
+    return !m_isSpent && bytesAvailable() == 0;
+}
+
+bool OneTimeBody::reset()
+{
+    m_isSpent = true;
+    return true;
 }
 
 qint64 OneTimeBody::readData(char* data, qint64 maxSize)
 {
+    if (m_isSpent)
+        return -1;
     const qsizetype size = std::min<qsizetype>(maxSize, m_bytes.size() - m_position);
     if (size == 0)
         return -1;

@@ -2,7 +2,6 @@
 
 #include "transport/HTTPExchange.h"
 #include "transport/HTTPRedirect.h"
-#include "transport/SystemProxies.h"
 
 namespace mirel {
 
@@ -20,9 +19,9 @@ bool isHTTP(const QUrl& url)
 } // namespace
 
 URLSessionHTTPTransport::URLSessionHTTPTransport(qsizetype sizeLimit)
-    : m_sizeLimit(sizeLimit)
+    : m_manager(makeNetworkAccessManager())
+    , m_sizeLimit(sizeLimit)
 {
-    m_manager.setProxyFactory(new SystemProxies);
 }
 
 URLSessionHTTPTransport::~URLSessionHTTPTransport()
@@ -60,7 +59,7 @@ std::unique_ptr<HTTPExchange> URLSessionHTTPTransport::begin(const HTTPRequest& 
         throw HTTPTransportError(HTTPTransportError::Case::canceled, request.url);
     if (!isHTTP(request.url))
         throw HTTPTransportError(HTTPTransportError::Case::badServerResponse, request.url);
-    auto exchange = std::make_unique<HTTPExchange>(m_manager, request, m_sizeLimit);
+    auto exchange = std::make_unique<HTTPExchange>(*m_manager, request, m_sizeLimit);
     m_inFlight.removeIf([](const QPointer<HTTPExchange>& other) { return other.isNull(); });
     m_inFlight.append(exchange.get());
     return exchange;

@@ -35,7 +35,7 @@ public:
 private:
     [[nodiscard]] std::unique_ptr<HTTPExchange> begin(const HTTPRequest& request);
 
-    QNetworkAccessManager m_manager;
+    std::unique_ptr<QNetworkAccessManager> m_manager;
     qsizetype m_sizeLimit;
     QList<QPointer<HTTPExchange>> m_inFlight;
     bool m_isClosing = false;
