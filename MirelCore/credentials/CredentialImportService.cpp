@@ -7,14 +7,27 @@ namespace mirel {
 
 namespace {
 
+// Half a surrogate pair, which an escape in JSON can spell, has no UTF-8 form: it would be saved as another
+// text than was given.
+bool isWellFormed(const CredentialImportPayload& payload)
+{
+    return std::apply(
+        [&payload](const auto&... fields) {
+            return ((payload.*fields.member).value_or(QString()).isValidUtf16() && ...);
+        },
+        CredentialImportPayload::jsonFields());
+}
+
 CredentialImportPayload decodePayload(const QByteArray& document)
 {
     try {
-        return decodeJSON<CredentialImportPayload>(document);
+        auto payload = decodeJSON<CredentialImportPayload>(document);
+        if (isWellFormed(payload))
+            return payload;
     } catch (const JSONCodingError&) {
-        // The detail could quote a secret.
-        throw CredentialImportError(CredentialImportError::Case::invalidInput);
+        // Its detail could quote a secret.
     }
+    throw CredentialImportError(CredentialImportError::Case::invalidInput);
 }
 
 std::optional<QString> firstNonempty(const std::optional<QString>& given,

@@ -17,6 +17,11 @@ std::shared_ptr<ServiceThread> keychainThread()
     return thread;
 }
 
+QCoro::Task<SecretOutcome> ended(SecretOutcome outcome)
+{
+    co_return outcome;
+}
+
 } // namespace
 
 QtKeychainSecretStore::QtKeychainSecretStore(std::chrono::milliseconds limit)
@@ -39,12 +44,11 @@ QCoro::Task<SecretOutcome> QtKeychainSecretStore::write(QString service, QString
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder.decode(secret);
     if (decoder.hasError() || secret.contains('\0')) {
-        co_return SecretOutcome{
-            KeychainError::invalidParameter,
-            {},
-            QStringLiteral("The secret holds characters that the credential store cannot keep.")};
+        return ended({KeychainError::invalidParameter,
+                      {},
+                      QStringLiteral("The secret holds characters that the credential store cannot keep.")});
     }
-    co_return co_await m_jobs.call(
+    return m_jobs.call(
         [service, account, text](KeychainJobs& jobs) { return jobs.write(service, account, text); });
 }
 
