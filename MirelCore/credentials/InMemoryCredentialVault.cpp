@@ -1,5 +1,7 @@
 #include "credentials/InMemoryCredentialVault.h"
 
+#include <utility>
+
 namespace mirel {
 
 InMemoryCredentialVault::InMemoryCredentialVault(std::optional<XCredentials> xCredentials,
@@ -14,7 +16,8 @@ InMemoryCredentialVault::InMemoryCredentialVault(std::optional<XCredentials> xCr
 
 QCoro::Task<std::optional<XCredentials>> InMemoryCredentialVault::loadXCredentials()
 {
-    co_return m_xCredentials;
+    // QCoro moves from what a coroutine returns by name, also from a member.
+    co_return std::as_const(m_xCredentials);
 }
 
 QCoro::Task<> InMemoryCredentialVault::saveXCredentials(XCredentials credentials)
@@ -28,7 +31,7 @@ QCoro::Task<std::optional<QString>> InMemoryCredentialVault::loadAIKey(AIProvide
     const auto found = m_aiKeys.find(kind);
     if (found == m_aiKeys.end())
         co_return std::nullopt;
-    co_return found->second;
+    co_return std::as_const(found->second);
 }
 
 QCoro::Task<> InMemoryCredentialVault::saveAIKey(QString key, AIProviderKind kind)

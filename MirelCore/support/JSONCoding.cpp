@@ -10,6 +10,8 @@ JSONCodingError::JSONCodingError(QString key, QString problem)
 
 QString JSONCodingError::description() const
 {
+    if (m_isWholeText)
+        return m_problem;
     if (m_key.isEmpty())
         return QStringLiteral("The JSON text %1.").arg(m_problem);
     return QStringLiteral("The JSON value “%1” %2.").arg(m_key, m_problem);
@@ -17,7 +19,16 @@ QString JSONCodingError::description() const
 
 JSONCodingError JSONCodingError::within(const QString& outerKey) const
 {
-    return {m_key.isEmpty() ? outerKey : outerKey + u'.' + m_key, m_problem};
+    JSONCodingError error = *this;
+    error.m_key = m_key.isEmpty() ? outerKey : outerKey + u'.' + m_key;
+    return error;
+}
+
+JSONCodingError JSONCodingError::withText(const QString& text)
+{
+    JSONCodingError error({}, text);
+    error.m_isWholeText = true;
+    return error;
 }
 
 namespace detail {

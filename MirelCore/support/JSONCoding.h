@@ -27,7 +27,8 @@
 //
 // An absent optional is left out; a missing or null key reads as absent. Every other field is required.
 // An Instant is a number of seconds since 2001, a QUrl its absolute string. An enumeration is one of the
-// texts that its rawValues() function, found by its namespace, lists.
+// texts that its rawValues() function, found by its namespace, lists. Beside it, retiredRawValues() may list
+// texts that are read and never written, and unknownRawValueText() may give the error's whole description.
 
 namespace mirel {
 
@@ -44,9 +45,13 @@ public:
     // The same problem, seen from the value that holds this one under `outerKey`.
     [[nodiscard]] JSONCodingError within(const QString& outerKey) const;
 
+    // An error whose description is `text` alone, wherever the value stands.
+    [[nodiscard]] static JSONCodingError withText(const QString& text);
+
 private:
     QString m_key;
     QString m_problem;
+    bool m_isWholeText = false;
 };
 
 template <typename Record, typename Value>
@@ -80,6 +85,18 @@ template <typename T>
 concept RawRepresentable = std::is_enum_v<T> && requires(T value)
 {
     rawValues(value);
+};
+
+template <typename T>
+concept HasRetiredRawValues = requires(T value)
+{
+    retiredRawValues(value);
+};
+
+template <typename T>
+concept HasUnknownRawValueText = requires(T value, const QString& text)
+{
+    unknownRawValueText(value, text);
 };
 
 // A type with a JSON form of its own: fromJSON and toJSON, members.
@@ -221,6 +238,14 @@ Enumeration enumerationFromJSON(const QJsonValue& json)
     const QString text = stringFromJSON(json);
     if (const auto value = fromRawValue<Enumeration>(text))
         return *value;
+    if constexpr (HasRetiredRawValues<Enumeration>) {
+        for (const auto& row : retiredRawValues(Enumeration{})) {
+            if (row.text == text)
+                return row.value;
+        }
+    }
+    if constexpr (HasUnknownRawValueText<Enumeration>)
+        throw JSONCodingError::withText(unknownRawValueText(Enumeration{}, text));
     throw JSONCodingError({}, QStringLiteral("has the unknown value “%1”").arg(text));
 }
 

@@ -17,9 +17,9 @@ using HTTPHeader = QPair<QByteArray, QByteArray>;
 struct HTTPRequest
 {
     QByteArray method = "GET";
-    QUrl url;
-    QList<HTTPHeader> headers;
-    QByteArray body;
+    QUrl url = {};
+    QList<HTTPHeader> headers = {};
+    QByteArray body = {};
     // The time without any progress after which the request fails.
     std::chrono::milliseconds timeout{60'000};
 
@@ -31,8 +31,8 @@ struct HTTPRequest
 struct HTTPResponse
 {
     int status = 0;
-    QList<HTTPHeader> headers;
-    QByteArray body;
+    QList<HTTPHeader> headers = {};
+    QByteArray body = {};
 
     [[nodiscard]] bool isSuccess() const { return status >= 200 && status <= 299; }
 
