@@ -14,7 +14,8 @@ InMemoryCredentialVault::InMemoryCredentialVault(std::optional<XCredentials> xCr
 
 QCoro::Task<std::optional<XCredentials>> InMemoryCredentialVault::loadXCredentials()
 {
-    co_return m_xCredentials;
+    // QCoro 0.8 moves out of what co_return names, unless it is const.
+    co_return std::as_const(m_xCredentials);
 }
 
 QCoro::Task<> InMemoryCredentialVault::saveXCredentials(XCredentials credentials)
@@ -28,7 +29,7 @@ QCoro::Task<std::optional<QString>> InMemoryCredentialVault::loadAIKey(AIProvide
     const auto found = m_aiKeys.find(kind);
     if (found == m_aiKeys.end())
         co_return std::nullopt;
-    co_return found->second;
+    co_return std::as_const(found->second);
 }
 
 QCoro::Task<> InMemoryCredentialVault::saveAIKey(QString key, AIProviderKind kind)
