@@ -145,6 +145,7 @@ struct Date
     const char* name;
     const char* text;
     std::optional<double> seconds;
+    friend void PrintTo(const Date& row, std::ostream* stream) { *stream << row.name; }
 };
 
 class BookmarkPageDates : public testing::TestWithParam<Date>
@@ -243,6 +244,7 @@ struct BrokenPage
 {
     const char* name;
     QByteArray json;
+    friend void PrintTo(const BrokenPage& row, std::ostream* stream) { *stream << row.name; }
 };
 
 class BookmarkPageFailures : public testing::TestWithParam<BrokenPage>
@@ -300,6 +302,7 @@ struct Username
     const char* name;
     const char* username;
     const char* url;
+    friend void PrintTo(const Username& row, std::ostream* stream) { *stream << row.name; }
 };
 
 class BookmarkPageUsernames : public testing::TestWithParam<Username>

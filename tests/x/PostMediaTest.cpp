@@ -124,6 +124,7 @@ struct Link
     const char* name;
     const char* url;
     bool qualifies;
+    friend void PrintTo(const Link& row, std::ostream* stream) { *stream << row.name; }
 };
 
 class YouTubeItems : public testing::TestWithParam<Link>

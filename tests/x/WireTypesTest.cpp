@@ -16,6 +16,7 @@ struct RequiredKey
     void (*decode)(QByteArrayView);
     QByteArray whole;
     QByteArray member;
+    friend void PrintTo(const RequiredKey& row, std::ostream* stream) { *stream << row.name; }
 };
 
 template <typename Type>
