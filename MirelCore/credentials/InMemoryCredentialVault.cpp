@@ -16,7 +16,7 @@ InMemoryCredentialVault::InMemoryCredentialVault(std::optional<XCredentials> xCr
 
 QCoro::Task<std::optional<XCredentials>> InMemoryCredentialVault::loadXCredentials()
 {
-    // QCoro moves from what a coroutine returns by name, also from a member.
+    // QCoro 0.8 moves out of what co_return names, unless it is const.
     co_return std::as_const(m_xCredentials);
 }
 

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "support/RawJSONValue.h"
+
+#include <memory>
+
+namespace mirel {
+
+// A parsed JSON text that keeps every token as it was sent: numbers of any size, "1.0", escapes, unknown and
+// repeated keys. Immutable; copies share the text.
+class RawJSON
+{
+public:
+    // How deep arrays and objects may be nested.
+    static constexpr int maximumDepth = 256;
+
+    // Any JSON text, also a bare value such as "null". Throws RawJSONError when `utf8` is not JSON, is not
+    // UTF-8, or is nested too deeply. Half a surrogate pair in an escape is no error.
+    [[nodiscard]] static RawJSON parse(QByteArrayView utf8);
+
+    // The value of the text. Valid as long as a copy of this RawJSON lives.
+    [[nodiscard]] RawJSONValue root() const { return {m_tree.get(), 0}; }
+
+private:
+    explicit RawJSON(std::shared_ptr<const detail::RawJSONTree> tree)
+        : m_tree(std::move(tree))
+    {
+    }
+
+    std::shared_ptr<const detail::RawJSONTree> m_tree;
+};
+
+} // namespace mirel

@@ -1,0 +1,26 @@
+#include "x/FormEncoding.h"
+
+#include <QUrl>
+
+#include <algorithm>
+
+namespace mirel {
+
+QByteArray formEncoded(QList<FormField> fields)
+{
+    constexpr auto allowed = "!$'()*+,;:@/?";
+    std::stable_sort(fields.begin(), fields.end(),
+                     [](const FormField& a, const FormField& b) { return a.first < b.first; });
+    QByteArrayList encoded;
+    for (const auto& [name, value] : fields)
+        encoded.append(QUrl::toPercentEncoding(name, allowed) + '=' +
+                       QUrl::toPercentEncoding(value, allowed));
+    return encoded.join('&');
+}
+
+QByteArray pathSegmentEncoded(const QString& text)
+{
+    return QUrl::toPercentEncoding(text, "!$&'()*+,;=:@");
+}
+
+} // namespace mirel
