@@ -42,7 +42,7 @@ QByteArray ArticleWriter::titleOnly()
 
 void ArticleWriter::writeBlocks(int sections)
 {
-    appendParagraph(5);
+    appendParagraph(4);
     for (int i = 0; i < sections; ++i)
         writeSection();
     m_blocks.append({QStringLiteral("blockquote"), m_prose.sentence(), {}, {}});
@@ -70,12 +70,12 @@ void ArticleWriter::writeSection()
 {
     const QString heading = m_random.oneIn(3) ? QStringLiteral("header-one") : QStringLiteral("header-two");
     m_blocks.append({heading, m_prose.title(), {}, {}});
-    appendParagraph(m_random.between(4, 6));
+    appendParagraph(m_random.between(3, 5));
     if (m_random.oneIn(2))
         appendList(QStringLiteral("unordered-list-item"), 3);
     else
         appendList(QStringLiteral("ordered-list-item"), 4);
-    appendParagraph(m_random.between(4, 6));
+    appendParagraph(m_random.between(3, 5));
 }
 
 void ArticleWriter::appendParagraph(int sentences)

@@ -8,7 +8,7 @@ namespace mirel::simulator {
 
 namespace {
 
-constexpr int englishAuthors = 150;
+constexpr int englishAuthors = 90;
 
 QByteArray metrics(RandomSource& random)
 {
