@@ -85,7 +85,7 @@ check_shell() {
 
 check_manual() {
     require_tool mandoc
-    on_files '*.1' -- mandoc -T lint -W warning
+    on_files '*.1' -- mandoc -T lint -W style
 }
 
 # clang cannot read the precompiled headers of GCC. So it gets the commands of the dev build without them,

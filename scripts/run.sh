@@ -113,6 +113,8 @@ prepare_demo() {
     throw_away=$(mktemp --directory --tmpdir mirel-demo.XXXXXXXX) ||
         fail "No temporary folder could be made. Free some space, or set TMPDIR to a folder that can be written."
     mkdir -- "$throw_away/library" "$throw_away/caches"
+    # Exists before anyone reads it; the simulator starts in its own time.
+    touch -- "$throw_away/simulator.txt"
     say "Starting a simulated X with $posts bookmarks and a library in $throw_away"
     "$programs/mirel-simulator" --posts "$posts" --seed 1 --port 0 >"$throw_away/simulator.txt" 2>&1 &
     children+=($!)
