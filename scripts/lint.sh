@@ -107,7 +107,8 @@ check_tidy() {
     require_tool clang-tidy
     build dev
     write_tidy_commands
-    tidy_files | xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/tidy --quiet
+    tidy_files | xargs -0 -n 1 -P "$(nproc)" clang-tidy -p build/tidy --quiet 2>&1 |
+        sed '/^[0-9]* warnings* generated\.$/d'
 }
 
 main() {
