@@ -81,7 +81,7 @@ QList<Bookmark> LocalLibraryStore::bookmarks(const QList<qint64>& ids)
                          "FROM bookmarks b JOIN authors a ON a.id = b.author_id "
                          "WHERE b.id IN (SELECT value FROM json_each(?)) AND b.deleted_at IS NULL",
                          {wanted}))
-        rows.insert(row.integer("id").value_or(0), std::move(row));
+        rows.emplace(row.integer("id").value_or(0), std::move(row));
 
     QHash<qint64, QList<Tag>> tags;
     for (const SQLiteRow& row : m_database.rows(

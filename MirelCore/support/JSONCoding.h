@@ -75,6 +75,10 @@ struct RawValue
     QLatin1StringView text;
 };
 
+// Clang deduces nothing for aggregates before version 17.
+template <typename Enumeration>
+RawValue(Enumeration, QLatin1StringView) -> RawValue<Enumeration>;
+
 template <typename T>
 concept JSONRecord = requires
 {
