@@ -1,5 +1,6 @@
 #include "model/BookmarkListModel.h"
 
+#include "model/DisplayText.h"
 #include "support/Text.h"
 
 #include <QSet>
@@ -7,14 +8,6 @@
 namespace mirel {
 
 namespace {
-
-// X sends these three characters escaped, and only these.
-QString displayText(QString text)
-{
-    return text.replace(QStringLiteral("&lt;"), QStringLiteral("<"))
-        .replace(QStringLiteral("&gt;"), QStringLiteral(">"))
-        .replace(QStringLiteral("&amp;"), QStringLiteral("&"));
-}
 
 // The first characters of the first and the last word.
 QString initials(const QString& name)

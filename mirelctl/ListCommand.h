@@ -1,0 +1,23 @@
+#pragma once
+
+#include "mirelctl/CommandSurroundings.h"
+#include "model/MirelAppModel.h"
+
+namespace mirel {
+
+// Prints a part of a mailbox, one bookmark a line, or an array of Bookmark.
+struct ListCommand
+{
+    LibraryFilter filter = LibraryFilter::all;
+    LibrarySort sort = LibrarySort::newest;
+    qint64 limit = 50;
+    qint64 offset = 0;
+
+    // Returns what goes to standard output. Asks neither the keyring nor X. Throws CommandError, or what
+    // the library throws. Runs the event loop of this thread.
+    [[nodiscard]] QByteArray run(MirelAppModel& model, const CommandSurroundings& surroundings) const;
+
+    friend bool operator==(const ListCommand&, const ListCommand&) = default;
+};
+
+} // namespace mirel

@@ -1,0 +1,130 @@
+#include "mirelctl/Program.h"
+
+#include "credentials/InMemoryCredentialVault.h"
+#include "mirelctl/CommandError.h"
+#include "mirelctl/CommandLine.h"
+#include "mirelctl/StandardStreams.h"
+#include "support/MirelPaths.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <cstdlib>
+
+namespace mirel {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// The account that mirel-simulator plays. None of this is a secret.
+XCredentials simulatedAccount()
+{
+    return {
+        .clientID = QStringLiteral("simulated-client"),
+        .accessToken = QStringLiteral("simulated-access-token"),
+        .userID = QStringLiteral("1000000001"),
+        .username = QStringLiteral("simulated"),
+    };
+}
+
+LiveOptions liveOptions(const CommandLine& commandLine)
+{
+    if (commandLine.dataDirectory)
+        qputenv("MIREL_LOCAL_DATA_DIR", commandLine.dataDirectory->toUtf8());
+    LiveOptions options;
+    if (!commandLine.demo)
+        return options;
+    if (options.environment.value(QStringLiteral("MIREL_X_API_URL")).isEmpty()) {
+        throw CommandError(
+            QStringLiteral("--demo needs a running mirel-simulator and its address in MIREL_X_API_URL."));
+    }
+    options.makeVault = [] { return std::make_unique<InMemoryCredentialVault>(simulatedAccount()); };
+    return options;
+}
+
+// Returns whether the model came to rest soon.
+bool shutDownSoon(MirelAppModel& model)
+{
+    QEventLoop loop;
+    bool isIdle = false;
+    const auto end = [](MirelAppModel* ending, bool* isDone, QPointer<QEventLoop> waiting) -> QCoro::Task<> {
+        co_await ending->shutDown();
+        if (!waiting)
+            co_return;
+        *isDone = true;
+        waiting->quit();
+    };
+    end(&model, &isIdle, &loop);
+    if (!isIdle) {
+        QTimer::singleShot(2s, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    return isIdle;
+}
+
+CommandSurroundings surroundingsOf(const CommandLine& commandLine)
+{
+    CommandSurroundings surroundings{.json = commandLine.json,
+                                     .columns = standardStreams::outputColumns(),
+                                     .libraryPath = MirelPaths::databasePath()};
+    if (standardStreams::isErrorTerminal())
+        surroundings.showProgress = standardStreams::writeError;
+    return surroundings;
+}
+
+int report(const std::exception_ptr& failure)
+{
+    standardStreams::writeError("mirelctl: " + describe(failure).toUtf8() + '\n');
+    return EXIT_FAILURE;
+}
+
+// What `command` does, told by its output and the exit status.
+template <typename Operation>
+int runAndReport(Operation operation)
+{
+    try {
+        standardStreams::writeOutput(operation());
+        return EXIT_SUCCESS;
+    } catch (...) {
+        return report(std::current_exception());
+    }
+}
+
+template <typename SomeCommand>
+int execute(const SomeCommand& command, const CommandLine& commandLine)
+{
+    const LiveOptions options = liveOptions(commandLine);
+    const auto model = MirelAppModel::live(options);
+    const int status = runAndReport([&] { return command.run(*model, surroundingsOf(commandLine)); });
+    // A keyring that waits for its user can be waited for, but not be ended. The library is safe at any time.
+    if (!shutDownSoon(*model))
+        std::_Exit(status);
+    return status;
+}
+
+int execute(const HelpCommand&, const CommandLine&)
+{
+    return runAndReport([] { return helpText().toUtf8(); });
+}
+
+int execute(const VersionCommand&, const CommandLine&)
+{
+    return runAndReport([] { return "mirelctl " + QCoreApplication::applicationVersion().toUtf8() + '\n'; });
+}
+
+} // namespace
+
+int runProgram(const QStringList& arguments)
+{
+    try {
+        const CommandLine commandLine = parseCommandLine(arguments);
+        return std::visit([&](const auto& command) { return execute(command, commandLine); },
+                          commandLine.command);
+    } catch (...) {
+        return report(std::current_exception());
+    }
+}
+
+} // namespace mirel
