@@ -54,7 +54,7 @@ private:
                 input[position] = static_cast<char>(below(256));
             break;
         case 1:
-            input.remove(position, static_cast<qsizetype>(1 + below(16)));
+            input.remove(position, 1 + static_cast<qsizetype>(below(16)));
             break;
         case 2:
             input.insert(position, pieces.at(below(pieces.size())));

@@ -10,8 +10,6 @@
 namespace mirel {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
 
 // One line a column: name, type, "NOT NULL", default, "KEY" and its place in the primary key.
