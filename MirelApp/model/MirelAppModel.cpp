@@ -24,9 +24,10 @@ QCoro::Task<> MirelAppModel::start()
 
 QCoro::Task<> MirelAppModel::shutDown()
 {
-    if (m_services.transport) {
+    if (m_services.transport)
         co_await m_services.transport->call([](HTTPTransport& transport) { transport.cancelAll(); });
-    }
+    if (m_services.vault)
+        co_await m_services.vault->call([](CredentialVault& vault) { vault.cancelAll(); });
     while (m_runningCommands > 0)
         co_await qCoro(this, &MirelAppModel::becameIdle);
 }

@@ -4,6 +4,8 @@ namespace mirel {
 
 CredentialVault::~CredentialVault() = default;
 
+void CredentialVault::cancelAll() {}
+
 QCoro::Task<std::optional<QString>> CredentialVault::loadOpenAIKey()
 {
     return loadAIKey(AIProviderKind::openAI);

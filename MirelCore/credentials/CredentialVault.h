@@ -27,6 +27,9 @@ public:
     // Removes the X credentials and the keys of all kinds.
     virtual QCoro::Task<> clearAll() = 0;
 
+    // Ends every call in flight, which then throws. Does nothing where calls end by themselves.
+    virtual void cancelAll();
+
     // The key of AIProviderKind::openAI.
     [[nodiscard]] QCoro::Task<std::optional<QString>> loadOpenAIKey();
     QCoro::Task<> saveOpenAIKey(QString key);

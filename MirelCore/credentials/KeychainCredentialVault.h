@@ -30,7 +30,7 @@ public:
 
     // Ends every call in flight with KeychainError::userCanceled, so that a question to the user that
     // nobody answers does not hold up the end of the program.
-    void cancelAll();
+    void cancelAll() override;
 
 private:
     [[nodiscard]] QCoro::Task<std::optional<QByteArray>> read(QString account);

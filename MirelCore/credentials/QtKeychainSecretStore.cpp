@@ -36,7 +36,8 @@ QtKeychainSecretStore::~QtKeychainSecretStore()
 
 QCoro::Task<SecretOutcome> QtKeychainSecretStore::read(QString service, QString account)
 {
-    return m_jobs.call([service, account](KeychainJobs& jobs) { return jobs.read(service, account); });
+    const auto readItem = [service, account](KeychainJobs& jobs) { return jobs.read(service, account); };
+    return m_jobs.call(readItem);
 }
 
 QCoro::Task<SecretOutcome> QtKeychainSecretStore::write(QString service, QString account, QByteArray secret)
@@ -48,13 +49,16 @@ QCoro::Task<SecretOutcome> QtKeychainSecretStore::write(QString service, QString
                       {},
                       QStringLiteral("The secret holds characters that the credential store cannot keep.")});
     }
-    return m_jobs.call(
-        [service, account, text](KeychainJobs& jobs) { return jobs.write(service, account, text); });
+    const auto writeItem = [service, account, text](KeychainJobs& jobs) {
+        return jobs.write(service, account, text);
+    };
+    return m_jobs.call(writeItem);
 }
 
 QCoro::Task<SecretOutcome> QtKeychainSecretStore::remove(QString service, QString account)
 {
-    return m_jobs.call([service, account](KeychainJobs& jobs) { return jobs.remove(service, account); });
+    const auto removeItem = [service, account](KeychainJobs& jobs) { return jobs.remove(service, account); };
+    return m_jobs.call(removeItem);
 }
 
 void QtKeychainSecretStore::cancelAll()

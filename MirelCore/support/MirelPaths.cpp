@@ -18,9 +18,9 @@ QString MirelPaths::applicationSupportDirectory(const QProcessEnvironment& envir
     return directory;
 }
 
-QString MirelPaths::databasePath()
+QString MirelPaths::databasePath(const QProcessEnvironment& environment)
 {
-    const QDir directory(applicationSupportDirectory(QProcessEnvironment::systemEnvironment()));
+    const QDir directory(applicationSupportDirectory(environment));
     return directory.filePath(QStringLiteral("mirel.sqlite3"));
 }
 

@@ -18,8 +18,9 @@ struct MirelPaths
     applicationSupportDirectory(const QProcessEnvironment& environment,
                                 const FileManager& fileManager = FileManager::standard());
 
-    // The library's file in the directory that the process environment gives. Throws FileError.
-    [[nodiscard]] static QString databasePath();
+    // The library's file in applicationSupportDirectory(). Throws FileError.
+    [[nodiscard]] static QString
+    databasePath(const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment());
 
     // "Mirel" in the user's caches directory, or in the temporary one when there is none. Creates nothing.
     [[nodiscard]] static QString cacheDirectory(const QProcessEnvironment& environment);

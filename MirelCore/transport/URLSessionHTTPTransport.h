@@ -30,7 +30,7 @@ public:
     [[nodiscard]] QCoro::Task<HTTPResponse> data(HTTPRequest request) override;
 
     // Every request in flight throws HTTPTransportError::canceled before this returns.
-    void cancelAll();
+    void cancelAll() override;
 
 private:
     [[nodiscard]] std::unique_ptr<HTTPExchange> begin(const HTTPRequest& request);

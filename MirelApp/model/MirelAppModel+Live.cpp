@@ -1,0 +1,64 @@
+#include "model/MirelAppModel.h"
+
+#include "credentials/KeychainCredentialVault.h"
+#include "credentials/MirelKeychainConfiguration.h"
+#include "support/MirelPaths.h"
+#include "transport/URLSessionHTTPTransport.h"
+#include "x/Endpoints.h"
+#include "x/XAPIClient.h"
+
+#include <QDir>
+
+namespace mirel {
+
+namespace {
+
+std::unique_ptr<Serial<LocalLibraryStore>> openStore(const QProcessEnvironment& environment)
+{
+    const QString path = MirelPaths::databasePath(environment);
+    return std::make_unique<Serial<LocalLibraryStore>>(
+        std::make_shared<ServiceThread>(QStringLiteral("library")),
+        [path] { return std::make_unique<LocalLibraryStore>(path); });
+}
+
+std::unique_ptr<CredentialVault> makeSystemVault()
+{
+    return std::make_unique<KeychainCredentialVault>(MirelKeychainConfiguration::currentService());
+}
+
+// The services that reach X share one thread, and so may refer to one another. Throws EndpointsError.
+void connectX(MirelServices& services, const LiveOptions& options)
+{
+    const Endpoints endpoints = Endpoints::fromEnvironment(options.environment);
+    const auto thread = std::make_shared<ServiceThread>(QStringLiteral("services"));
+    services.vault = std::make_unique<Serial<CredentialVault>>(
+        thread, [&] { return options.makeVault ? options.makeVault() : makeSystemVault(); });
+    services.transport = std::make_unique<Serial<HTTPTransport>>(
+        thread, [] { return std::make_unique<URLSessionHTTPTransport>(); });
+    services.x = std::make_unique<Serial<XDirectAPI>>(thread, [&] {
+        return std::make_unique<XAPIClient>(services.vault->unguarded(), services.transport->unguarded(),
+                                            endpoints.xAPI, Instant::now);
+    });
+    services.syncService = std::make_unique<Serial<MirelSyncService>>(
+        thread, [&] { return std::make_unique<MirelSyncService>(services.x->unguarded(), *services.store); });
+}
+
+} // namespace
+
+std::unique_ptr<MirelAppModel> MirelAppModel::live(const LiveOptions& options)
+{
+    MirelServices services;
+    std::optional<QString> error;
+    try {
+        services.store = openStore(options.environment);
+        connectX(services, options);
+    } catch (const Error& failure) {
+        error = failure.description();
+    }
+    auto model = std::make_unique<MirelAppModel>(std::move(services));
+    if (error)
+        model->setLastError(error);
+    return model;
+}
+
+} // namespace mirel
