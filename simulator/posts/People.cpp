@@ -8,7 +8,7 @@ namespace mirel::simulator {
 
 namespace {
 
-constexpr int englishAuthors = 90;
+constexpr int englishAuthors = 56;
 
 QByteArray metrics(RandomSource& random)
 {

@@ -75,7 +75,7 @@ void PostFactory::writePlain(PostDraft& draft) const
     const Topic& topic = m_people.topic(draft.author);
     Prose prose(topic, draft.random);
     draft.text.append(prose.sentence());
-    if (draft.random.oneIn(2))
+    if (draft.random.oneIn(3))
         draft.text.append(draft.random.oneIn(2) ? u"\n\n" : u" ").append(prose.sentence());
     if (draft.random.oneIn(6))
         draft.text.append(u" ").append(pickFrom("emoji", draft.random));
