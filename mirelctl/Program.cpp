@@ -1,9 +1,9 @@
 #include "mirelctl/Program.h"
 
-#include "credentials/InMemoryCredentialVault.h"
 #include "mirelctl/CommandError.h"
 #include "mirelctl/CommandLine.h"
 #include "mirelctl/StandardStreams.h"
+#include "model/Demo.h"
 #include "support/MirelPaths.h"
 
 #include <QCoreApplication>
@@ -18,30 +18,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The account that mirel-simulator plays. None of this is a secret.
-XCredentials simulatedAccount()
-{
-    return {
-        .clientID = QStringLiteral("simulated-client"),
-        .accessToken = QStringLiteral("simulated-access-token"),
-        .userID = QStringLiteral("1000000001"),
-        .username = QStringLiteral("simulated"),
-    };
-}
-
 LiveOptions liveOptions(const CommandLine& commandLine)
 {
     if (commandLine.dataDirectory)
         qputenv("MIREL_LOCAL_DATA_DIR", commandLine.dataDirectory->toUtf8());
-    LiveOptions options;
-    if (!commandLine.demo)
-        return options;
-    if (options.environment.value(QStringLiteral("MIREL_X_API_URL")).isEmpty()) {
-        throw CommandError(
-            QStringLiteral("--demo needs a running mirel-simulator and its address in MIREL_X_API_URL."));
-    }
-    options.makeVault = [] { return std::make_unique<InMemoryCredentialVault>(simulatedAccount()); };
-    return options;
+    return commandLine.demo ? Demo::liveOptions() : LiveOptions();
 }
 
 // Returns whether the model came to rest soon.
