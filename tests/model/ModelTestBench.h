@@ -1,0 +1,66 @@
+#pragma once
+
+#include "testing/TemporaryLibrary.h"
+#include "x/FakeX.h"
+
+#include "credentials/InMemoryCredentialVault.h"
+#include "model/MirelAppModel.h"
+#include "support/BlockOn.h"
+
+#include <gtest/gtest.h>
+
+namespace mirel::testing {
+
+// A model over a temporary library and a fake X, with its services on their threads.
+class ModelTestBench : public ::testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        if (model)
+            blockOn(model->shutDown());
+    }
+
+    // Fills the library before the model is made.
+    void store(int first, int last)
+    {
+        const auto opened = library.open();
+        for (int number = first; number <= last; ++number)
+            opened->upsertFromX(makePost(number), library.clock.now());
+    }
+
+    void makeModel(std::optional<XCredentials> credentials = XCredentials{.accessToken = QStringLiteral("a")})
+    {
+        MirelServices services;
+        services.store = std::make_unique<Serial<LocalLibraryStore>>(
+            std::make_shared<ServiceThread>(QStringLiteral("library")), [this] { return library.open(); });
+        const auto thread = std::make_shared<ServiceThread>(QStringLiteral("services"));
+        services.vault = std::make_unique<Serial<CredentialVault>>(
+            thread, [&] { return std::make_unique<InMemoryCredentialVault>(credentials); });
+        services.x = std::make_unique<Serial<XDirectAPI>>(thread, [this] {
+            auto fake = std::make_unique<FakeX>();
+            x = fake.get();
+            return fake;
+        });
+        services.syncService = std::make_unique<Serial<MirelSyncService>>(thread, [&] {
+            return std::make_unique<MirelSyncService>(services.x->unguarded(), *services.store,
+                                                      library.clock.clock());
+        });
+        model = std::make_unique<MirelAppModel>(std::move(services));
+    }
+
+    QStringList shownTexts() const
+    {
+        QStringList texts;
+        for (const Bookmark& bookmark : model->bookmarks())
+            texts.append(bookmark.text);
+        return texts;
+    }
+
+    TemporaryLibrary library;
+    std::unique_ptr<MirelAppModel> model;
+    // Belongs to the model; lives on the services thread.
+    FakeX* x = nullptr;
+};
+
+} // namespace mirel::testing
