@@ -23,6 +23,7 @@ QNetworkRequest networkRequest(const HTTPRequest& request)
     // Asked for by hand, so that Qt leaves the body alone: its length can be checked, and expanding stops at
     // the limit.
     network.setRawHeader("Accept-Encoding", "gzip");
+    network.setRawHeader("User-Agent", "Mirel/" MIREL_VERSION);
     for (const auto& [name, value] : request.headers)
         network.setRawHeader(name, value);
     return network;
@@ -46,23 +47,27 @@ QNetworkReply* send(QNetworkAccessManager& manager, const HTTPRequest& request)
     return reply;
 }
 
-// Qt counts an HTTP status from 400 on as an error too; to Mirel that is an answer.
+// Qt counts an HTTP status from 400 on as an error too; to Mirel that is an answer. The same errors stand for
+// a stream of HTTP/2 that the server broke off, so the status decides as well.
 bool isAnswer(QNetworkReply::NetworkError error, int status)
 {
-    // What Qt makes of 400 and 418.
-    if (error == QNetworkReply::ProtocolInvalidOperationError)
-        return status >= 400;
+    if (error == QNetworkReply::NoError)
+        return status > 0;
     const bool isAboutContent = error >= QNetworkReply::ContentAccessDenied &&
                                 error <= QNetworkReply::UnknownContentError &&
                                 error != QNetworkReply::ContentReSendError;
     const bool isAboutServer =
         error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError;
-    return error == QNetworkReply::NoError || isAboutContent || isAboutServer;
+    // What Qt makes of 400 and 418.
+    const bool isInvalidOperation = error == QNetworkReply::ProtocolInvalidOperationError;
+    return status >= 400 && (isAboutContent || isAboutServer || isInvalidOperation);
 }
 
 HTTPTransportError::Case errorCase(QNetworkReply::NetworkError error)
 {
     switch (error) {
+    case QNetworkReply::NoError:
+        return HTTPTransportError::Case::badServerResponse;
     case QNetworkReply::SslHandshakeFailedError:
         return HTTPTransportError::Case::tls;
     case QNetworkReply::TimeoutError:
@@ -148,12 +153,21 @@ void HTTPExchange::end()
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (!isAnswer(m_reply->error(), status))
         return fail(errorCase(m_reply->error()));
-    if (status == 0)
-        return fail(HTTPTransportError::Case::badServerResponse);
     m_response.status = status;
     m_response.headers = m_reply->rawHeaderPairs();
+    if (isCutShort())
+        return fail(HTTPTransportError::Case::connection);
     decode();
     finish();
+}
+
+// An answer to HEAD and one without a body may announce a length all the same.
+bool HTTPExchange::isCutShort() const
+{
+    const auto length = m_response.header("Content-Length");
+    const bool hasNoBody = m_reply->operation() == QNetworkAccessManager::HeadOperation ||
+                           m_response.status == 204 || m_response.status == 304;
+    return length && !hasNoBody && m_response.body.size() < length->trimmed().toLongLong();
 }
 
 void HTTPExchange::decode()

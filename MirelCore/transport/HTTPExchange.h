@@ -51,6 +51,7 @@ private:
     void fail(HTTPTransportError::Case errorCase);
     void finish();
     void resume();
+    [[nodiscard]] bool isCutShort() const;
     void decode();
     [[nodiscard]] HTTPResponse takeResponse();
 

@@ -46,6 +46,30 @@ TEST_F(URLSessionHTTPTransportTest, SendsMethodsWithoutABody)
     }
 }
 
+TEST_F(URLSessionHTTPTransportTest, SaysThatItIsMirelUnlessTheRequestSaysOtherwise)
+{
+    m_server.answer("/", httpAnswer("200 OK", ""));
+    get("/");
+    EXPECT_TRUE(m_server.requests().last().header("User-Agent").startsWith("Mirel/"));
+    HTTPRequest other = request("/");
+    other.headers = {{"User-Agent", "Other/1"}};
+    blockOn(m_transport.data(other));
+    EXPECT_EQ(m_server.requests().last().header("User-Agent"), "Other/1");
+}
+
+TEST_F(URLSessionHTTPTransportTest, ReturnsARefusalOfARequestWithABody)
+{
+    for (const QByteArray headers :
+         {"", "WWW-Authenticate: Basic realm=\"x\"\r\n", "WWW-Authenticate: Bearer\r\n"}) {
+        m_server.answer("/", httpAnswer("401 No", "why", headers));
+        const HTTPResponse response = blockOn(m_transport.data(
+            {.method = "POST", .url = m_server.url("/"), .headers = {{"Content-Type", "a/b"}}, .body = "b"}));
+        EXPECT_EQ(response.status, 401);
+        EXPECT_EQ(response.body, "why");
+    }
+    EXPECT_EQ(m_server.requests().size(), 3);
+}
+
 TEST_F(URLSessionHTTPTransportTest, SendsALargeBodyWhole)
 {
     m_server.answer("/", httpAnswer("200 OK", ""));
