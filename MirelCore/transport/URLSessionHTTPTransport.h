@@ -13,8 +13,9 @@ class HTTPExchange;
 // and no cache. Lives on one thread with an event loop.
 //
 // At most 10 redirects are followed, as redirected() tells. An answer of more than 64 MiB fails, as does one
-// that is cut short. A request with a body is sent once; one without may be sent again when a connection
-// ends before any answer.
+// that is cut short, with one gap: Qt can miss the cut of a body over HTTP/1.1 that is chunked and not
+// compressed, so whoever reads a body still checks that it is whole. A request with a body is sent once; one
+// without may be sent again when a connection ends before any answer.
 class URLSessionHTTPTransport : public HTTPTransport
 {
 public:
