@@ -253,7 +253,7 @@ public:
         case 1:
             return below(2) == 0;
         case 2:
-            return static_cast<qint64>(m_generator()) - (qint64{1} << 62);
+            return static_cast<qint64>(m_generator());
         case 3:
             return below(1000) / 8.0;
         case 4:
