@@ -91,7 +91,7 @@ QVariant BookmarkListModel::data(const QModelIndex& index, int role) const
         return displayText(bookmark.contentTitle.value_or(QString()));
     case Qt::DisplayRole:
     case TextRole:
-        return displayText(bookmark.text);
+        return displayText(bookmark.contentText.value_or(bookmark.text));
     case SourceURLRole:
         return bookmark.sourceURL;
     case MediaRole:

@@ -26,7 +26,8 @@ public:
         CreatedAtRole,
         // The title of an article, empty for other posts.
         TitleRole,
-        // Plain text for display, with X's HTML escapes resolved.
+        // Plain text for display, with X's HTML escapes resolved; an article's own text when it is known,
+        // since its post says no more than a link.
         TextRole,
         SourceURLRole,
         // A list of maps with `url` (a still image), `kind`, `altText`, `width`, `height`.

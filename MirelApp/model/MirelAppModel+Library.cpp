@@ -63,9 +63,11 @@ QCoro::Task<> MirelAppModel::refreshLibrary()
             co_await refreshLibrary();
             co_return;
         }
+        m_hasListingFailed = false;
         m_bookmarks.setBookmarks(listing.bookmarks);
         Q_EMIT libraryChanged();
     } catch (...) {
+        m_hasListingFailed = true;
         fail(std::current_exception());
     }
     m_hasLoaded = true;

@@ -19,6 +19,13 @@ QString statusOf(const BookmarkSyncSummary& summary)
     return form.arg(summary.fetched).arg(summary.pages).arg(summary.created);
 }
 
+// Thrown through the sync when the user has ended it.
+class SyncCanceled : public Error
+{
+public:
+    [[nodiscard]] QString description() const override { return QStringLiteral("The sync was canceled."); }
+};
+
 } // namespace
 
 QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool fullScan)
@@ -33,11 +40,16 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
     const SyncRun::Kind effectiveKind =
         kind.value_or(m_counts.all == 0 ? SyncRun::Kind::initial : SyncRun::Kind::manual);
     const BookmarkSyncMode mode = fullScan ? BookmarkSyncMode::full : BookmarkSyncMode::incremental;
-    bool succeeded = false;
+    const auto isCanceled = std::make_shared<std::atomic_bool>(false);
+    m_isSyncCanceled = isCanceled;
+    bool reloads = true;
     try {
         // The handler runs on the services thread. It is not awaited here: a busy screen must not slow
         // the sync, and the model outlives the service.
-        const BookmarkSyncProgressHandler progress = [this](BookmarkSyncProgress page) -> QCoro::Task<> {
+        const BookmarkSyncProgressHandler progress =
+            [this, isCanceled](BookmarkSyncProgress page) -> QCoro::Task<> {
+            if (page.hasNextPage && isCanceled->load())
+                throw SyncCanceled();
             QMetaObject::invokeMethod(
                 this, [this, page] { showSyncProgress(page); }, Qt::QueuedConnection);
             co_return;
@@ -47,11 +59,14 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
         };
         m_lastSyncSummary = co_await m_services.syncService->call(sync);
         setStatusMessage(statusOf(*m_lastSyncSummary));
-        succeeded = true;
     } catch (...) {
-        fail(std::current_exception());
+        reloads = isCanceled->load();
+        if (reloads)
+            setStatusMessage(QStringLiteral("The sync was canceled. What had arrived is in the library."));
+        else
+            fail(std::current_exception());
     }
-    if (succeeded)
+    if (reloads)
         co_await refreshLibrary();
     co_await refreshSyncRuns();
     endSync();

@@ -6,8 +6,9 @@
 
 namespace mirel {
 
-MirelAppModel::MirelAppModel(MirelServices services)
+MirelAppModel::MirelAppModel(MirelServices services, std::optional<QString> lastError)
     : m_services(std::move(services))
+    , m_lastError(std::move(lastError))
 {
 }
 
@@ -24,12 +25,19 @@ QCoro::Task<> MirelAppModel::start()
 
 QCoro::Task<> MirelAppModel::shutDown()
 {
+    co_await endRequests();
+    while (m_runningCommands > 0)
+        co_await qCoro(this, &MirelAppModel::becameIdle);
+}
+
+// A sync that is between two requests ends at its next page.
+QCoro::Task<> MirelAppModel::endRequests()
+{
+    m_isSyncCanceled->store(true);
     if (m_services.transport)
         co_await m_services.transport->call([](HTTPTransport& transport) { transport.cancelAll(); });
     if (m_services.vault)
         co_await m_services.vault->call([](CredentialVault& vault) { vault.cancelAll(); });
-    while (m_runningCommands > 0)
-        co_await qCoro(this, &MirelAppModel::becameIdle);
 }
 
 void MirelAppModel::setStatusMessage(const QString& message)
@@ -63,6 +71,12 @@ void MirelAppModel::dismissStatus()
 void MirelAppModel::requestSync(bool fullScan)
 {
     syncNow({}, fullScan);
+}
+
+void MirelAppModel::cancelSync()
+{
+    if (m_isSyncing)
+        endRequests();
 }
 
 void MirelAppModel::requestRefresh()

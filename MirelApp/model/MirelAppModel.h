@@ -13,6 +13,7 @@
 #include <QUuid>
 #include <QVariant>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -55,6 +56,8 @@ class MirelAppModel : public QObject
     // The first listing has arrived or failed.
     Q_PROPERTY(bool hasLoaded READ hasLoaded NOTIFY isLoadingChanged)
     Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
+    // The last reading of the library failed; `lastError` told why, and older rows may be shown.
+    Q_PROPERTY(bool hasListingFailed READ hasListingFailed NOTIFY isLoadingChanged)
     Q_PROPERTY(bool isSyncing READ isSyncing NOTIFY syncChanged)
     // A map with the fields of BookmarkSyncProgress while a sync runs, else null.
     Q_PROPERTY(QVariant syncProgress READ syncProgressVariant NOTIFY syncChanged)
@@ -64,7 +67,8 @@ class MirelAppModel : public QObject
     Q_PROPERTY(QString lastError READ lastErrorText NOTIFY messagesChanged)
 
 public:
-    explicit MirelAppModel(MirelServices services);
+    // `lastError` tells why services are absent.
+    explicit MirelAppModel(MirelServices services, std::optional<QString> lastError = {});
 
     // Ends what runs on other threads. Call shutDown() first when commands may be running.
     ~MirelAppModel() override;
@@ -96,6 +100,8 @@ public:
 
     // The commands as screens call them: nobody waits for their end.
     Q_INVOKABLE void requestSync(bool fullScan);
+    // Ends the running sync after what is being stored; what has arrived stays.
+    Q_INVOKABLE void cancelSync();
     Q_INVOKABLE void requestRefresh();
     Q_INVOKABLE void requestNextPage();
     Q_INVOKABLE void requestPreviousPage();
@@ -117,6 +123,7 @@ public:
     [[nodiscard]] bool hasLibrary() const { return m_services.store != nullptr; }
     [[nodiscard]] bool hasLoaded() const { return m_hasLoaded; }
     [[nodiscard]] bool isLoading() const { return m_isLoading; }
+    [[nodiscard]] bool hasListingFailed() const { return m_hasListingFailed; }
     [[nodiscard]] bool isSyncing() const { return m_isSyncing; }
     [[nodiscard]] const std::optional<BookmarkSyncProgress>& syncProgress() const { return m_syncProgress; }
     // Of the last sync of this process that completed.
@@ -160,6 +167,7 @@ private:
     void setXConfigured(bool isConfigured);
     void showSyncProgress(const BookmarkSyncProgress& progress);
     void endSync();
+    QCoro::Task<> endRequests();
     QCoro::Task<> openPage(qint64 page);
 
     MirelServices m_services;
@@ -171,8 +179,11 @@ private:
     LibraryCounts m_counts;
     bool m_hasLoaded = false;
     bool m_isLoading = false;
+    bool m_hasListingFailed = false;
     bool m_isSyncing = false;
     std::optional<BookmarkSyncProgress> m_syncProgress;
+    // Shared with the sync under way, which ends at its next page once it is true.
+    std::shared_ptr<std::atomic_bool> m_isSyncCanceled = std::make_shared<std::atomic_bool>(false);
     std::optional<BookmarkSyncSummary> m_lastSyncSummary;
     QList<SyncRun> m_syncRuns;
     QList<SyncLogEntry> m_syncLogEntries;

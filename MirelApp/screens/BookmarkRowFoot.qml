@@ -1,0 +1,83 @@
+import QtQuick
+import QtQuick.Layouts
+import Mirel.Screens
+
+// The labels and the counters of a bookmark, and what can be done with it.
+Item {
+    id: foot
+
+    required property var labels
+    required property var metrics
+    required property color quiet
+    required property bool showsActions
+
+    signal opened
+
+    implicitHeight: Math.max(details.implicitHeight, open.implicitHeight - Measures.small)
+
+    Flow {
+        id: details
+
+        anchors.left: parent.left
+        anchors.right: open.left
+        anchors.rightMargin: Measures.small
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Measures.medium
+
+        Repeater {
+            model: foot.labels
+
+            LabelChip {
+                required property var modelData
+
+                name: modelData.name
+                colorHex: modelData.colorHex
+            }
+        }
+
+        Repeater {
+            model: [
+                {
+                    "symbol": "message-circle",
+                    "key": "replies"
+                },
+                {
+                    "symbol": "repeat-2",
+                    "key": "reposts"
+                },
+                {
+                    "symbol": "heart",
+                    "key": "likes"
+                },
+                {
+                    "symbol": "chart-no-axes-column",
+                    "key": "views"
+                }
+            ]
+
+            Counter {
+                required property var modelData
+
+                symbol: modelData.symbol
+                count: foot.metrics[modelData.key]
+                noun: modelData.key
+                color: foot.quiet
+                visible: count > 0
+                height: Math.max(implicitHeight, Math.round(18 * Measures.scale))
+            }
+        }
+    }
+
+    IconButton {
+        id: open
+
+        objectName: "openOnX"
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        opacity: foot.showsActions ? 1 : 0
+        focusPolicy: Qt.NoFocus
+        symbol: "external-link"
+        text: "Open on X"
+        onClicked: foot.opened()
+    }
+}

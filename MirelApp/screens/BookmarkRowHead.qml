@@ -1,0 +1,59 @@
+import QtQuick
+import QtQuick.Layouts
+import Mirel.Screens
+
+// Who wrote a bookmarked post, and when.
+RowLayout {
+    id: head
+
+    required property string authorName
+    required property string authorUsername
+    required property date createdAt
+    required property bool isRead
+    required property bool isFavorite
+    required property color quiet
+
+    spacing: Measures.small
+
+    PlainLabel {
+        objectName: "authorName"
+        Layout.fillWidth: true
+        Layout.maximumWidth: Math.ceil(implicitWidth)
+        text: head.authorName
+        font.weight: head.isRead ? Font.Normal : Measures.strong
+    }
+
+    PlainLabel {
+        objectName: "authorUsername"
+        Layout.fillWidth: true
+        Layout.minimumWidth: Measures.huge
+        text: "@" + head.authorUsername
+        color: Theme.secondary
+    }
+
+    Icon {
+        objectName: "favoriteMark"
+        visible: head.isFavorite
+        symbol: "star"
+        size: Math.round(14 * Measures.scale)
+        color: Theme.warning
+    }
+
+    PlainLabel {
+        id: date
+
+        objectName: "date"
+        text: Display.relativeDate(head.createdAt, Display.now)
+        color: head.quiet
+        font.pixelSize: Measures.metaText
+
+        HoverHandler {
+            id: dateHover
+        }
+
+        HoverTip {
+            visible: dateHover.hovered
+            text: Display.fullDate(head.createdAt)
+        }
+    }
+}

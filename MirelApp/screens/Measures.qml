@@ -1,0 +1,52 @@
+pragma Singleton
+
+import QtQuick
+import Mirel.Screens
+
+// Sizes of type and of space. Type and what holds it follow the user's font scale.
+QtObject {
+    readonly property real scale: Theme.textScale
+
+    readonly property int metaText: Math.round(11 * scale)
+    readonly property int controlText: Math.round(13 * scale)
+    readonly property int postText: Math.round(15 * scale)
+    readonly property int readingText: Math.round(17 * scale)
+    readonly property int titleText: Math.round(20 * scale)
+    readonly property int pageHeadText: Math.round(28 * scale)
+
+    // The heights of lines, whatever the script: 1.35 times the size of the type in lists, 1.55 when reading.
+    readonly property int controlLine: Math.ceil(controlText * 1.35)
+    readonly property int postLine: Math.ceil(postText * 1.35)
+    readonly property int readingLine: Math.ceil(readingText * 1.55)
+
+    readonly property int emphasis: Font.Medium
+    readonly property int strong: Font.DemiBold
+
+    readonly property int tiny: 4
+    readonly property int small: 8
+    readonly property int medium: 12
+    readonly property int large: 16
+    readonly property int huge: 24
+
+    readonly property int hairline: 1
+    readonly property int controlRadius: 6
+    readonly property int cardRadius: 10
+    readonly property int focusRing: 2
+
+    readonly property int smallIcon: Math.round(16 * scale)
+    readonly property int icon: Math.round(20 * scale)
+    readonly property int largeIcon: Math.round(40 * scale)
+
+    readonly property int controlHeight: Math.round(32 * scale)
+    readonly property int barHeight: Math.round(56 * scale)
+    readonly property int avatar: Math.round(40 * scale)
+    readonly property int thumbnailWidth: Math.round(112 * scale)
+    readonly property int thumbnailHeight: Math.round(84 * scale)
+
+    readonly property int sidebarWidth: Math.round(216 * scale)
+    readonly property int foldedSidebarWidth: Math.round(56 * scale)
+    // Below this width of the window the sidebar folds.
+    readonly property int foldingWidth: Math.round(960 * scale)
+    readonly property int widestList: Math.round(880 * scale)
+    readonly property int readingWidth: Math.round(680 * scale)
+}

@@ -1,0 +1,60 @@
+import QtQuick
+import Mirel.Screens
+
+// Starts the quick sync; its menu also has the full one.
+Row {
+    id: button
+
+    signal syncRequested(bool fullScan)
+
+    spacing: Measures.hairline
+
+    PushButton {
+        id: quick
+
+        objectName: "quickSync"
+        joinsRight: true
+        isPrimary: true
+        symbol: "refresh-cw"
+        text: "Quick Sync"
+        tip: "Quick Sync checks recent pages. Use the menu for a full X scan. (Ctrl+R)"
+        onClicked: button.syncRequested(false)
+    }
+
+    PushButton {
+        id: more
+
+        objectName: "syncMenuButton"
+        joinsLeft: true
+        isPrimary: true
+        symbol: "chevron-down"
+        leftPadding: Measures.small
+        rightPadding: Measures.small
+        tip: "More ways to sync"
+        Accessible.name: "More ways to sync"
+        Accessible.role: Accessible.ButtonMenu
+        onClicked: menu.popup(more, more.width - menu.width, more.height + Measures.tiny)
+
+        PopupMenu {
+            id: menu
+
+            objectName: "syncMenu"
+            width: 312 * Measures.scale
+
+            PopupMenuItem {
+                objectName: "quickSyncItem"
+                text: "Quick Sync"
+                shortcutText: "Ctrl+R"
+                detail: "Checks recent pages."
+                onTriggered: button.syncRequested(false)
+            }
+
+            PopupMenuItem {
+                objectName: "fullSyncItem"
+                text: "Full Sync"
+                detail: "Checks every page X makes available. X may charge for each bookmark it reads out."
+                onTriggered: button.syncRequested(true)
+            }
+        }
+    }
+}
