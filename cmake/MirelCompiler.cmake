@@ -31,7 +31,8 @@ if(MIREL_FUZZ)
     if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         message(FATAL_ERROR "The fuzz targets need clang: configure with the preset \"fuzz\".")
     endif()
-    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+    # Clang 14 cannot place the data of the check "function" beside the parts of a coroutine.
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize=function -fno-sanitize-recover=all)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
