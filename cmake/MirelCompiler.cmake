@@ -20,6 +20,8 @@ target_compile_options(mirel_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror
     # A designated initialiser leaves out fields on purpose.
     -Wno-missing-field-initializers
+    # GCC 12 optimising takes the inside of an empty std::optional for an uninitialised value.
+    -Wno-maybe-uninitialized
 )
 
 if(MIREL_SANITIZE)
