@@ -55,10 +55,7 @@ std::unique_ptr<MirelAppModel> MirelAppModel::live(const LiveOptions& options)
     } catch (const Error& failure) {
         error = failure.description();
     }
-    auto model = std::make_unique<MirelAppModel>(std::move(services));
-    if (error)
-        model->setLastError(error);
-    return model;
+    return std::make_unique<MirelAppModel>(std::move(services), error);
 }
 
 } // namespace mirel

@@ -16,8 +16,7 @@ ListView {
     }
 
     function rowsOfAPage(): int {
-        const current = currentItem;
-        return Math.max(1, Math.floor(height / (current ? current.height : height)));
+        return count === 0 ? 0 : Math.max(1, Math.floor(height * count / contentHeight));
     }
 
     objectName: "bookmarkList"

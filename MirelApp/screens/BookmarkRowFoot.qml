@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Mirel.Screens
 
 // The labels and the counters of a bookmark, and what can be done with it.
@@ -59,9 +58,9 @@ Item {
                 required property var modelData
 
                 symbol: modelData.symbol
-                count: foot.metrics[modelData.key]
+                count: foot.metrics[modelData.key] // qmllint disable unqualified
                 noun: modelData.key
-                color: foot.quiet
+                color: foot.quiet // qmllint disable unqualified
                 visible: count > 0
                 height: Math.max(implicitHeight, Math.round(18 * Measures.scale))
             }

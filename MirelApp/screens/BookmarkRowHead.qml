@@ -17,6 +17,7 @@ RowLayout {
 
     PlainLabel {
         objectName: "authorName"
+        Layout.preferredHeight: Measures.controlLine
         Layout.fillWidth: true
         Layout.maximumWidth: Math.ceil(implicitWidth)
         text: head.authorName
@@ -25,6 +26,7 @@ RowLayout {
 
     PlainLabel {
         objectName: "authorUsername"
+        Layout.preferredHeight: Measures.controlLine
         Layout.fillWidth: true
         Layout.minimumWidth: Measures.huge
         text: "@" + head.authorUsername

@@ -19,7 +19,7 @@ QString scaled(double value, double unit, QChar letter)
 {
     const double tenths = std::floor(value / unit * 10) / 10;
     const bool showsTenths = tenths < 10 && tenths != std::floor(tenths);
-    return QString::number(std::floor(tenths * 10) / 10, 'f', showsTenths ? 1 : 0) + letter;
+    return QString::number(showsTenths ? tenths : std::floor(tenths), 'f', showsTenths ? 1 : 0) + letter;
 }
 
 } // namespace

@@ -29,7 +29,7 @@ RowLayout {
             objectName: "resultCount"
             Layout.fillWidth: true
             visible: header.appModel.hasLoaded && header.appModel.hasLibrary
-            text: Display.number(header.appModel.libraryResultCount) + " results"
+            text: Display.number(header.appModel.libraryResultCount) + " results" // qmllint disable
             color: Theme.secondary
             font.pixelSize: Measures.metaText
         }

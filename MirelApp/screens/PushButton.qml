@@ -61,7 +61,8 @@ T.Button {
             x: control.joinsLeft ? 0 : parent.width - width
             width: parent.radius
             height: parent.height
-            visible: control.joinsLeft || control.joinsRight
+            // Half-transparent shapes that overlap would show.
+            visible: control.enabled && (control.joinsLeft || control.joinsRight)
             color: parent.color
         }
 

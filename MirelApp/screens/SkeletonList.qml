@@ -55,7 +55,7 @@ Item {
                         Rectangle {
                             required property double modelData
 
-                            width: (row.width - Measures.avatar - 3 * Measures.huge) * modelData
+                            width: (row.width - Measures.avatar - 3 * Measures.huge) * modelData // qmllint disable unqualified
                             height: Measures.medium
                             radius: Measures.tiny
                             color: Theme.border

@@ -48,8 +48,8 @@ PushButton {
                 objectName: "sort-" + modelData.name
                 text: modelData.text
                 checkable: true
-                checked: picker.sort === modelData.name
-                onTriggered: picker.sortRequested(modelData.name)
+                checked: picker.sort === modelData.name // qmllint disable unqualified
+                onTriggered: picker.sortRequested(modelData.name) // qmllint disable unqualified
             }
         }
     }

@@ -10,7 +10,7 @@ Rectangle {
     // The error already stands in place of the rows.
     required property bool errorIsShownElsewhere
 
-    visible: error.visible || status.visible
+    visible: error.message !== "" || status.message !== ""
     implicitHeight: lines.implicitHeight + Measures.small
     color: Theme.background
 

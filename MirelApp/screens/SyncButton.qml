@@ -7,7 +7,7 @@ Row {
 
     signal syncRequested(bool fullScan)
 
-    spacing: Measures.hairline
+    spacing: 0
 
     PushButton {
         id: quick
@@ -26,6 +26,13 @@ Row {
 
         objectName: "syncMenuButton"
         joinsLeft: true
+
+        Rectangle {
+            width: Measures.hairline
+            height: parent.height
+            color: Theme.onTint
+            opacity: 0.3
+        }
         isPrimary: true
         symbol: "chevron-down"
         leftPadding: Measures.small

@@ -44,7 +44,13 @@ QColor Theme::avatarColor(double authorID) const
     // Steps of the golden ratio keep neighbouring ids apart on the colour wheel.
     constexpr double goldenRatio = 0.618033988749895;
     const auto hue = static_cast<float>(std::fmod(std::abs(authorID) * goldenRatio, 1.0));
-    return QColor::fromHslF(hue, 0.42F, isDark() ? 0.36F : 0.42F);
+    float lightness = isDark() ? 0.36F : 0.42F;
+    QColor color = QColor::fromHslF(hue, 0.42F, lightness);
+    while (contrastRatio(readableTextOn(color), color) < leastReadableContrast) {
+        lightness -= 0.02F;
+        color = QColor::fromHslF(hue, 0.42F, lightness);
+    }
+    return color;
 }
 
 QColor Theme::readableOn(const QColor& surface) const

@@ -7,8 +7,6 @@ namespace mirel {
 
 namespace {
 
-constexpr double leastContrast = 4.5;
-
 constexpr QColor color(QRgb value)
 {
     return QColor(qRed(value), qGreen(value), qBlue(value));
@@ -103,7 +101,7 @@ QColor readableTextOn(const QColor& surface)
 {
     constexpr QColor white = color(0xFFFFFF);
     constexpr QColor nearBlack = color(0x101216);
-    return contrastRatio(white, surface) >= leastContrast ? white : nearBlack;
+    return contrastRatio(white, surface) >= leastReadableContrast ? white : nearBlack;
 }
 
 } // namespace mirel

@@ -37,6 +37,9 @@ struct ThemePalette
 // All themes; the first is the light one, the second the dark one.
 [[nodiscard]] std::span<const ThemePalette> themePalettes();
 
+// What the contrast of a text has to reach.
+inline constexpr double leastReadableContrast = 4.5;
+
 // The WCAG contrast ratio of two opaque colours, 1 to 21.
 [[nodiscard]] double contrastRatio(const QColor& one, const QColor& other);
 

@@ -1,0 +1,168 @@
+#include "Application.h"
+
+#include "model/Demo.h"
+#include "support/BlockOn.h"
+#include "support/MirelPaths.h"
+
+#include <QCommandLineParser>
+#include <QCoro/QCoroTimer>
+#include <QGuiApplication>
+#include <QSaveFile>
+
+#include <cstdio>
+#include <cstring>
+#include <langinfo.h>
+#include <locale.h>
+
+namespace mirel {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class ScreenshotError : public Error
+{
+public:
+    explicit ScreenshotError(QString text)
+        : m_text(std::move(text))
+    {
+    }
+    [[nodiscard]] QString description() const override { return m_text; }
+
+private:
+    QString m_text;
+};
+
+// Qt wants a UTF-8 locale, chooses one itself where there is none, and says so on standard error; chosen
+// before, nothing is said.
+void chooseUTF8Locale()
+{
+    setlocale(LC_ALL, "");
+    if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0)
+        qputenv("LC_ALL", "C.UTF-8");
+}
+
+// A picture is rendered without a screen and without a graphics card. Decided before Qt connects to one.
+void renderOffScreenForScreenshot(int argumentCount, char** arguments)
+{
+    const auto isScreenshot = [](const char* argument) {
+        return QByteArrayView(argument).startsWith("--screenshot");
+    };
+    if (std::none_of(arguments, arguments + argumentCount, isScreenshot))
+        return;
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
+        qputenv("QT_QUICK_BACKEND", "software");
+}
+
+Application::Options readOptions()
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("A private library of your X bookmarks."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption demo(
+        QStringLiteral("demo"),
+        QStringLiteral("Shows the account of mirel-simulator, named by MIREL_X_API_URL; uses no keyring."));
+    const QCommandLineOption screenshot(
+        QStringLiteral("screenshot"),
+        QStringLiteral("Renders the window off screen, saves it as a PNG, and ends."),
+        QStringLiteral("FILE"));
+    const QCommandLineOption import(
+        QStringLiteral("import-credentials-stdin"),
+        QStringLiteral("As the first argument: reads credentials as JSON from standard input, and ends."));
+    parser.addOptions({demo, screenshot, import});
+    parser.process(*qApp);
+    return {
+        .isDemo = parser.isSet(demo),
+        .screenshot = parser.isSet(screenshot) ? std::optional(parser.value(screenshot)) : std::nullopt,
+    };
+}
+
+// Follows the sync in the demo; its failure is the screenshot's.
+void requireSuccess(const MirelAppModel& model)
+{
+    if (model.lastError())
+        throw ScreenshotError(*model.lastError());
+}
+
+} // namespace
+
+int Application::main(int argumentCount, char** arguments)
+{
+    chooseUTF8Locale();
+    renderOffScreenForScreenshot(argumentCount, arguments);
+    QGuiApplication qtApplication(argumentCount, arguments);
+    QGuiApplication::setApplicationName(QStringLiteral("Mirel"));
+    QGuiApplication::setApplicationVersion(QStringLiteral(MIREL_VERSION));
+    try {
+        return Application(readOptions()).run();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(describe(error)));
+        return 1;
+    }
+}
+
+Application::Application(Options options)
+    : m_options(std::move(options))
+    , m_desktop(m_options.screenshot ? std::make_unique<DesktopSettings>(DesktopSettings::Values{})
+                                     : DesktopSettings::ofThisSystem())
+    , m_model(MirelAppModel::live(m_options.isDemo ? Demo::liveOptions() : LiveOptions{}))
+    , m_screens(std::make_unique<Screens>(
+          *m_model, *m_desktop, MirelPaths::cacheDirectory(QProcessEnvironment::systemEnvironment())))
+{
+    if (m_options.screenshot)
+        return;
+    m_settings = std::make_unique<QSettings>(QStringLiteral("Mirel"), QStringLiteral("Mirel"));
+    m_placement = std::make_unique<WindowPlacement>(m_screens->window(), *m_settings);
+}
+
+int Application::run()
+{
+    m_screens->window().show();
+    if (m_options.screenshot) {
+        blockOn(takeScreenshot());
+    } else {
+        work();
+        QGuiApplication::exec();
+    }
+    m_screens->window().hide();
+    blockOn(m_model->shutDown());
+    return 0;
+}
+
+QCoro::Task<> Application::work()
+{
+    co_await m_model->start();
+    if (m_options.isDemo)
+        co_await m_model->syncNow({}, false);
+}
+
+// The steps of `work`, each of which has to succeed.
+QCoro::Task<> Application::takeScreenshot()
+{
+    constexpr auto between = 50ms;
+    constexpr int longestWait = 600;
+    co_await m_model->start();
+    requireSuccess(*m_model);
+    co_await m_model->refreshCredentialState();
+    if (m_options.isDemo)
+        co_await m_model->syncNow({}, false);
+    requireSuccess(*m_model);
+    // The rows ask for their pictures in the frame that first shows them.
+    QImage picture = m_screens->window().grabWindow();
+    for (int wait = 0; wait < longestWait && m_screens->isLoadingPictures(); ++wait)
+        co_await QCoro::sleepFor(between);
+    if (m_screens->isLoadingPictures())
+        throw ScreenshotError(QStringLiteral("The pictures of the posts did not arrive within 30 seconds."));
+    // Time for what has arrived to fade in.
+    co_await QCoro::sleepFor(2 * std::chrono::milliseconds(m_screens->theme().motion()));
+    picture = m_screens->window().grabWindow();
+    QSaveFile file(*m_options.screenshot);
+    if (picture.isNull() || !file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit())
+        throw ScreenshotError(QStringLiteral("The picture could not be saved to %1: %2")
+                                  .arg(*m_options.screenshot, file.errorString()));
+}
+
+} // namespace mirel

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "model/MirelAppModel.h"
+#include "screens/Screens.h"
+#include "screens/WindowPlacement.h"
+
+#include <QSettings>
+
+namespace mirel {
+
+// The program with its window, from its arguments to its exit status.
+class Application
+{
+public:
+    struct Options
+    {
+        // The simulated account, a vault in memory, and a sync at once.
+        bool isDemo = false;
+        // Where to save a picture of the window before ending; absent: the program runs until it is closed.
+        std::optional<QString> screenshot;
+    };
+
+    // Runs the application. Returns its exit status; a failure is told on standard error in one sentence.
+    static int main(int argumentCount, char** arguments);
+
+    // Opens the library and the window. Needs a QGuiApplication. Throws Error.
+    explicit Application(Options options);
+
+    // Runs until the window is closed or the picture is saved, then ends what is under way. Returns the exit
+    // status. Throws Error.
+    int run();
+
+private:
+    QCoro::Task<> work();
+    QCoro::Task<> takeScreenshot();
+
+    Options m_options;
+    std::unique_ptr<DesktopSettings> m_desktop;
+    std::unique_ptr<MirelAppModel> m_model;
+    std::unique_ptr<Screens> m_screens;
+    std::unique_ptr<QSettings> m_settings;
+    std::unique_ptr<WindowPlacement> m_placement;
+};
+
+} // namespace mirel

@@ -1,0 +1,138 @@
+#include "screens/WindowBench.h"
+
+namespace mirel::testing {
+
+namespace {
+
+void collect(QQuickItem* item, const QString& name, QList<QQuickItem*>& found)
+{
+    if (!item->isVisible())
+        return;
+    if (item->objectName() == name)
+        found.append(item);
+    const QList<QQuickItem*> children = item->childItems();
+    for (QQuickItem* const child : children)
+        collect(child, name, found);
+}
+
+} // namespace
+
+WindowBench::WindowBench() = default;
+
+WindowBench::~WindowBench()
+{
+    screens.reset();
+    if (model)
+        blockOn(model->shutDown());
+}
+
+void WindowBench::fill(const QList<SyncedBookmark>& posts)
+{
+    const auto store = library.open();
+    for (const SyncedBookmark& post : posts)
+        store->upsertFromX(post, library.clock.now());
+}
+
+void WindowBench::fillWithNumberedPosts(int count)
+{
+    QList<SyncedBookmark> posts;
+    for (int number = 1; number <= count; ++number)
+        posts.append(makePost(number));
+    // No test asks the network for a picture.
+    for (SyncedBookmark& post : posts)
+        post.author.profileImageURL.reset();
+    fill(posts);
+}
+
+void WindowBench::makeModel(const std::optional<ScriptedX::Pages>& pages, bool isConnected)
+{
+    const auto servicesThread = std::make_shared<ServiceThread>(QStringLiteral("services"));
+    MirelServices services;
+    services.store = std::make_unique<Serial<LocalLibraryStore>>(
+        std::make_shared<ServiceThread>(QStringLiteral("library")), [this] { return library.open(); });
+    const ScriptedX::Pages script = pages.value_or(ScriptedX::Pages(0));
+    services.x = std::make_unique<Serial<XDirectAPI>>(
+        servicesThread, [&] { return std::unique_ptr<XDirectAPI>(std::make_unique<ScriptedX>(script)); });
+    services.vault = std::make_unique<Serial<CredentialVault>>(servicesThread, [&] {
+        std::optional<XCredentials> credentials;
+        if (isConnected)
+            credentials = XCredentials{.clientID = QStringLiteral("client"),
+                                       .accessToken = QStringLiteral("access"),
+                                       .userID = QStringLiteral("1")};
+        return std::unique_ptr<CredentialVault>(std::make_unique<InMemoryCredentialVault>(credentials));
+    });
+    if (pages) {
+        services.syncService = std::make_unique<Serial<MirelSyncService>>(servicesThread, [&] {
+            return std::make_unique<MirelSyncService>(services.x->unguarded(), *services.store);
+        });
+    }
+    model = std::make_unique<MirelAppModel>(std::move(services));
+}
+
+void WindowBench::openWindow()
+{
+    if (!model)
+        makeModel();
+    blockOn(model->start());
+    blockOn(model->refreshCredentialState());
+    showWindow();
+}
+
+void WindowBench::showWindow()
+{
+    screens = std::make_unique<Screens>(*model, desktop, library.directory());
+    window().show();
+    window().requestActivate();
+    // The first frame places the rows.
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    EXPECT_FALSE(window().grabWindow().isNull());
+}
+
+QList<QQuickItem*> WindowBench::allVisible(const char* name, QQuickItem* below) const
+{
+    QList<QQuickItem*> found;
+    collect(below ? below : window().contentItem(), QString::fromLatin1(name), found);
+    return found;
+}
+
+QQuickItem* WindowBench::visible(const char* name, QQuickItem* below) const
+{
+    const QList<QQuickItem*> found = allVisible(name, below);
+    return found.isEmpty() ? nullptr : found.constFirst();
+}
+
+QString WindowBench::text(const char* name, QQuickItem* below) const
+{
+    const QQuickItem* const item = visible(name, below);
+    return item ? item->property("text").toString() : QStringLiteral("<nothing of that name is visible>");
+}
+
+QList<QQuickItem*> WindowBench::rows() const
+{
+    QList<QQuickItem*> found = allVisible("bookmarkRow", &list());
+    found.removeIf([](const QQuickItem* row) { return !row->property("isOnScreen").toBool(); });
+    std::sort(found.begin(), found.end(),
+              [](const QQuickItem* one, const QQuickItem* other) { return one->y() < other->y(); });
+    return found;
+}
+
+QQuickItem& WindowBench::list() const
+{
+    return *window().findChild<QQuickItem*>(QStringLiteral("bookmarkList"));
+}
+
+void WindowBench::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(&window(), key, modifiers);
+}
+
+void WindowBench::click(QQuickItem* item)
+{
+    ASSERT_NE(item, nullptr);
+    // What has just become visible is placed by the next frame.
+    EXPECT_FALSE(window().grabWindow().isNull());
+    const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+    QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, centre.toPoint());
+}
+
+} // namespace mirel::testing
