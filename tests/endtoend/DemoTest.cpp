@@ -101,7 +101,7 @@ TEST_F(Demo, IsRefusedWithoutASimulator)
     QProcessEnvironment bare = environment();
     bare.remove(QStringLiteral("MIREL_X_API_URL"));
     expectFailure(runProgram(programs::mirelctl, arguments("sync"), bare),
-                  "--demo needs a running mirel-simulator and its address in MIREL_X_API_URL.");
+                  "The demo needs a running mirel-simulator and its address in MIREL_X_API_URL.");
 }
 
 TEST_F(Demo, IsRefusedWhenTheSimulatorIsOnAnotherComputer)
