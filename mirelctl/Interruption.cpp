@@ -20,10 +20,14 @@ extern "C" void writeToSignalPipe(int)
     [[maybe_unused]] const ssize_t written = write(signalPipe[1], &byte, 1);
 }
 
+// A signal that is ignored stays so: whoever started the process wants it to outlive the terminal.
 void setHandlers(void (*handler)(int))
 {
     for (const int number : interruptingSignals) {
         struct sigaction action = {};
+        sigaction(number, nullptr, &action);
+        if (action.sa_handler == SIG_IGN)
+            continue;
         action.sa_handler = handler;
         // The second signal finds the usual handler again.
         action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;

@@ -8,7 +8,8 @@
 namespace mirel {
 
 // While it lives, the first SIGINT, SIGTERM or SIGHUP of the process calls a function in the event loop of
-// the thread that made it; the next one ends the process as usual. At most one lives at a time.
+// the thread that made it; the next one ends the process as usual. A signal that is ignored stays so. At
+// most one lives at a time.
 class Interruption
 {
 public:

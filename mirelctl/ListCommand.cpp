@@ -99,10 +99,11 @@ QString textOf(const QList<Row>& rows, std::optional<int> columns)
 QByteArray ListCommand::run(MirelAppModel& model, const CommandSurroundings& surroundings) const
 {
     if (surroundings.json) {
-        QByteArrayList records;
-        forEachBookmark(model, *this,
-                        [&](const Bookmark& bookmark) { records.append(encodeJSON(bookmark)); });
-        return '[' + records.join(',') + "]\n";
+        QByteArray array;
+        forEachBookmark(model, *this, [&](const Bookmark& bookmark) {
+            array += (array.isEmpty() ? '[' : ',') + encodeJSON(bookmark);
+        });
+        return array.isEmpty() ? QByteArrayLiteral("[]\n") : array + "]\n";
     }
     QList<Row> rows;
     forEachBookmark(model, *this, [&](const Bookmark& bookmark) { rows.append(rowOf(bookmark)); });

@@ -3,6 +3,7 @@
 #include "mirelctl/CommandError.h"
 #include "mirelctl/CommandLine.h"
 #include "mirelctl/StandardStreams.h"
+#include "mirelctl/TextOutput.h"
 #include "model/Demo.h"
 #include "support/MirelPaths.h"
 
@@ -57,7 +58,7 @@ CommandSurroundings surroundingsOf(const CommandLine& commandLine)
 
 int report(const std::exception_ptr& failure)
 {
-    standardStreams::writeError("mirelctl: " + describe(failure).toUtf8() + '\n');
+    standardStreams::writeError("mirelctl: " + oneLine(describe(failure)).toUtf8() + '\n');
     return EXIT_FAILURE;
 }
 

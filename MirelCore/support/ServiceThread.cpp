@@ -7,7 +7,6 @@ ServiceThread::ServiceThread(const QString& name)
     m_thread.setObjectName(name);
     m_context = new QObject;
     m_context->moveToThread(&m_thread);
-    QObject::connect(&m_thread, &QThread::finished, m_context, &QObject::deleteLater);
     m_thread.start();
 }
 
@@ -15,6 +14,9 @@ ServiceThread::~ServiceThread()
 {
     m_thread.quit();
     m_thread.wait();
+    // Nothing runs there any more. deleteLater would need an application, which a thread that lives as long
+    // as the process outlives.
+    delete m_context;
 }
 
 } // namespace mirel

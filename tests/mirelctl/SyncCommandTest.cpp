@@ -2,6 +2,7 @@
 
 #include "TestModel.h"
 #include "mirelctl/CommandError.h"
+#include "mirelctl/Interruption.h"
 #include "mirelctl/SyncCommand.h"
 #include "support/BlockOn.h"
 
@@ -105,6 +106,20 @@ TEST_P(InterruptedSync, EndsWithItsRunFailedAndKeepsWhatArrived)
                   return library.libraryCounts();
               })).all,
               2);
+}
+
+TEST(Interruption, LeavesASignalThatIsIgnoredAlone)
+{
+    const auto before = std::signal(SIGHUP, SIG_IGN);
+    bool isInterrupted = false;
+    {
+        const Interruption interruption([&] { isInterrupted = true; });
+        raise(SIGHUP);
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(interruption.hasHappened());
+    }
+    EXPECT_FALSE(isInterrupted);
+    EXPECT_EQ(std::signal(SIGHUP, before), SIG_IGN);
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, InterruptedSync, ::testing::Values(SIGINT, SIGTERM, SIGHUP));
