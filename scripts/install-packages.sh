@@ -10,8 +10,11 @@ listed_packages() {
     sed -e 's/#.*//' -e 's/[[:space:]]//g' -e '/^$/d' -- "$1"
 }
 
+# A package that is there for several architectures has a line for each.
 is_installed() {
-    [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
+    local states
+    states=$(dpkg-query --show --showformat='${db:Status-Status}\n' "$1" 2>/dev/null) || return 1
+    [[ $'\n'$states$'\n' == *$'\ninstalled\n'* ]]
 }
 
 missing_packages() {

@@ -1,13 +1,17 @@
 #!/usr/bin/env bash
 source "$(dirname -- "${BASH_SOURCE[0]}")/testing.sh"
 
-# A system on which the packages given are installed. `apt-get install` adds to them.
+# A system on which the packages given are installed, a repeated one for several architectures. `apt-get install`
+# adds to them.
 system_with() {
     make_sandbox
     printf '%s\n' "$@" >"$sandbox/installed"
     fake bin/dpkg-query <<'PROGRAM'
-grep -qxF -- "${@: -1}" "$sandbox/installed" || { echo "no packages found" >&2; exit 1; }
-printf installed
+matches=$(grep -cxF -- "${@: -1}" "$sandbox/installed") || { echo "no packages found" >&2; exit 1; }
+format=${2#--showformat=}
+for ((match = 0; match < matches; ++match)); do
+    printf "${format//'${db:Status-Status}'/installed}"
+done
 PROGRAM
     fake bin/apt-get <<'PROGRAM'
 record "$@"
@@ -28,6 +32,13 @@ test_installs_only_what_is_missing() {
     expect_equal "$(calls)" $'apt-get update\napt-get install --yes --no-install-recommends second third'
     expect_equal "$(<frontend)" noninteractive
     expect_contains "$errors" 'Installing: second third'
+}
+
+test_takes_a_package_of_several_architectures_for_installed() {
+    system_with first first second third
+    run_command scripts/install-packages.sh
+    expect_equal "$status" 0
+    expect_equal "$(calls)" ''
 }
 
 test_asks_nothing_of_the_system_when_everything_is_there() {
