@@ -28,7 +28,7 @@ double memory(const QByteArray& key)
     return 0;
 }
 
-// The creations, of which there are many, as one.
+// What creates tables, of which there are many, as one step.
 void printSteps(const QList<StatementTime>& steps, Duration total)
 {
     Duration creations{0};

@@ -53,6 +53,15 @@ int checkpoint(void*, sqlite3* connection, const char* database, int pages)
     return SQLITE_OK;
 }
 
+// On one line, without the comment that may stand before it in a script.
+QByteArray statementText(const QByteArray& sql)
+{
+    const QByteArray text = sql.trimmed();
+    if (text.startsWith("--"))
+        return statementText(text.mid(text.indexOf('\n')));
+    return text.simplified();
+}
+
 void begin(sqlite3_stmt* statement, const char* sql)
 {
     Measurement& all = measurement();
@@ -61,7 +70,7 @@ void begin(sqlite3_stmt* statement, const char* sql)
     // Not earlier: opening a connection ends with setting SQLite's own hook.
     sqlite3_wal_hook(sqlite3_db_handle(statement), checkpoint, nullptr);
     all.current = statement;
-    all.sql = QByteArray(sql).simplified();
+    all.sql = statementText(sql);
     all.begin = Clock::now();
 }
 

@@ -19,8 +19,8 @@ struct StatementTime
 
 // Measures the statements of every SQLite connection that is opened while the program runs, from the first
 // step to the end of the statement; what a statement does inside, as a trigger or as part of the text index,
-// counts as its own. The checkpoints that SQLite makes after a commit stand under the text "checkpoint".
-// Statements of one connection at a time; begun and ended while none runs.
+// counts as its own. The checkpoints that SQLite makes after a commit stand under the text "checkpoint". For
+// one connection at a time; begun and ended while no statement runs.
 class StatementTimes
 {
 public:

@@ -15,6 +15,7 @@
 #include <sqlite3.h>
 
 #include <cstdio>
+#include <ctime>
 
 namespace mirel {
 namespace {
@@ -135,60 +136,111 @@ void compare(const QString& path, const QString& barePath, qsizetype postCount)
         throw std::runtime_error("The bare loop did not store what the sync stored.");
 }
 
+// How fast a run was.
+struct Speed
+{
+    double postsPerSecond = 0;
+    // Of the whole process, in microseconds a post.
+    double processorTime = 0;
+};
+
+double processorSeconds()
+{
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+template <typename Run>
+Speed speedOf(qsizetype postCount, Run runOnce)
+{
+    const auto posts = static_cast<double>(postCount);
+    const double before = processorSeconds();
+    const Duration duration = runOnce();
+    return {.postsPerSecond = posts / duration.count(),
+            .processorTime = (processorSeconds() - before) * 1e6 / posts};
+}
+
 class Comparison
 {
 public:
+    // Finds the library's own INSERT and makes sure that both roads store the same.
     Comparison(const Input& input, QString directory)
         : m_input(input)
         , m_directory(std::move(directory))
     {
-    }
-
-    void runRound()
-    {
         const QTemporaryDir folder(m_directory + QStringLiteral("/store-XXXXXX"));
-        const QString path = folder.filePath(QStringLiteral("library.sqlite3"));
-        const QString barePath = folder.filePath(QStringLiteral("bare.sqlite3"));
-        const double posts = static_cast<double>(m_input.posts.size());
-        {
-            Sync sync(path, m_input.pages);
-            if (m_insertSQL.isEmpty())
-                StatementTimes::start();
-            m_sync.push_back(posts / sync.run().count());
-        }
-        if (m_insertSQL.isEmpty()) {
-            m_insertSQL = findInsert(StatementTimes::stop());
-            // It was measured statement by statement, so it does not count.
-            m_sync.pop_back();
-            runBare(barePath);
-            compare(path, barePath, m_input.posts.size());
-            return;
-        }
-        m_bare.push_back(posts / runBare(barePath).count());
-        m_ratios.push_back(m_sync.back() / m_bare.back());
-        std::printf("%-28s %8.0f posts/s  %8.0f posts/s  %6.2f\n", "", m_sync.back(), m_bare.back(),
-                    m_ratios.back());
+        StatementTimes::start();
+        Sync(syncPath(folder), m_input.pages).run();
+        m_insertSQL = findInsert(StatementTimes::stop());
+        bareLoop(barePath(folder)).run();
+        compare(syncPath(folder), barePath(folder), m_input.posts.size());
     }
 
-    void printMedians() const
+    void run(int rounds)
     {
-        std::printf("%-28s %8.0f posts/s  %8.0f posts/s  %6.2f\n", "median", median(m_sync), median(m_bare),
-                    median(m_ratios));
+        std::printf("%10s%24s%24s%8s\n", "", "sync", "bare loop", "");
+        std::printf("%10s%12s%12s%12s%12s%8s\n", "", "posts/s", "CPU us/post", "posts/s", "CPU us/post",
+                    "ratio");
+        std::vector<Speed> sync;
+        std::vector<Speed> bare;
+        std::vector<double> ratios;
+        for (int i = 0; i < rounds; ++i) {
+            const QTemporaryDir folder(m_directory + QStringLiteral("/store-XXXXXX"));
+            sync.push_back(measureSync(syncPath(folder)));
+            bare.push_back(measureBare(barePath(folder)));
+            ratios.push_back(sync.back().postsPerSecond / bare.back().postsPerSecond);
+            print("", sync.back(), bare.back(), ratios.back());
+        }
+        print("median", medianOf(sync), medianOf(bare), median(ratios));
     }
 
 private:
-    Duration runBare(const QString& path) const
+    static void print(const char* name, Speed sync, Speed bare, double ratio)
+    {
+        std::printf("%-10s%12.0f%12.0f%12.0f%12.0f%8.2f\n", name, sync.postsPerSecond, sync.processorTime,
+                    bare.postsPerSecond, bare.processorTime, ratio);
+    }
+
+    [[nodiscard]] static Speed medianOf(const std::vector<Speed>& speeds)
+    {
+        std::vector<double> postsPerSecond;
+        std::vector<double> processorTimes;
+        for (const Speed& speed : speeds) {
+            postsPerSecond.push_back(speed.postsPerSecond);
+            processorTimes.push_back(speed.processorTime);
+        }
+        return {.postsPerSecond = median(postsPerSecond), .processorTime = median(processorTimes)};
+    }
+
+    [[nodiscard]] static QString syncPath(const QTemporaryDir& folder)
+    {
+        return folder.filePath(QStringLiteral("library.sqlite3"));
+    }
+    [[nodiscard]] static QString barePath(const QTemporaryDir& folder)
+    {
+        return folder.filePath(QStringLiteral("bare.sqlite3"));
+    }
+
+    [[nodiscard]] BareLoop bareLoop(const QString& path) const
     {
         const LocalLibraryStore empty(path);
-        return BareLoop(path, m_insertSQL, m_input.posts).run();
+        return {path, m_insertSQL, m_input.posts};
+    }
+
+    [[nodiscard]] Speed measureSync(const QString& path) const
+    {
+        Sync sync(path, m_input.pages);
+        return speedOf(m_input.posts.size(), [&sync] { return sync.run(); });
+    }
+
+    [[nodiscard]] Speed measureBare(const QString& path) const
+    {
+        BareLoop loop = bareLoop(path);
+        return speedOf(m_input.posts.size(), [&loop] { return loop.run(); });
     }
 
     const Input& m_input;
     QString m_directory;
     QByteArray m_insertSQL;
-    std::vector<double> m_sync;
-    std::vector<double> m_bare;
-    std::vector<double> m_ratios;
 };
 
 // Where the time of a sync goes, in microseconds a post.
@@ -280,6 +332,10 @@ void run(const QString& directory, int pages, int rounds)
 {
     if (!QDir().mkpath(directory))
         throw std::runtime_error("The directory cannot be made.");
+    // As in the programs, the library is the first to use SQLite.
+    {
+        const SQLiteConnection first(QDir(directory).filePath(QStringLiteral("first.sqlite3")));
+    }
     StatementTimes::install();
     const Input input(pages);
     const bool isInMemory = QStorageInfo(directory).fileSystemType() == "tmpfs";
@@ -287,11 +343,7 @@ void run(const QString& directory, int pages, int rounds)
                 static_cast<long long>(input.envelopeSize() / 1000),
                 isInMemory ? "in memory, where nothing is durable: the computing alone"
                            : "each post durable when its write returns");
-    std::printf("%-28s %16s  %16s  %6s\n", "", "sync", "bare loop", "ratio");
-    Comparison comparison(input, directory);
-    for (int i = 0; i <= rounds; ++i)
-        comparison.runRound();
-    comparison.printMedians();
+    Comparison(input, directory).run(rounds);
     std::printf("\n");
     Breakdown(input, directory).print();
 }
