@@ -1,37 +1,182 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the benchmarks for release and runs all of them, one after the other. A
-# machine that does nothing else gives the steadiest numbers.
+# Installs what is missing, builds Mirel and its benchmarks for release, and measures: mapping, storing, opening
+# a library, listing it, and a whole sync. A machine that does nothing else gives the steadiest numbers.
 #
-#     scripts/bench.sh [FILTER]
+#     scripts/bench.sh [--full] [--runs N]
 #
-# FILTER   only the benchmarks whose names match this regular expression
+# --full     libraries of 10,000 and 50,000 posts of real size, which take 6 GB of disk, instead of light ones of
+#            1,000 and 10,000
+# --runs N   how often each is repeated (5)
+#
+# The libraries are kept in $MIREL_BENCHMARK_DIR, or in build/benchmarks/; rm -r it when done.
 
 source "$(dirname -- "${BASH_SOURCE[0]}")/common.sh"
+
+programs=$root/build/release/bin
+directory=${MIREL_BENCHMARK_DIR:-$root/build/benchmarks}
+is_full=false
+runs=5
+synced_posts=1000
+simulator=
+
+read_arguments() {
+    while (($# > 0)); do
+        case $1 in
+        --full)
+            is_full=true
+            synced_posts=10000
+            shift
+            ;;
+        --runs)
+            require_value "$1" $#
+            require_number "$1" "$2"
+            (($2 > 0)) || fail "The option --runs takes at least 1. See $0 --help."
+            runs=$2
+            shift 2
+            ;;
+        --help)
+            print_help
+            exit
+            ;;
+        *) fail "The argument '$1' is unknown. See $0 --help." ;;
+        esac
+    done
+}
 
 describe_machine() {
     local processor
     processor=$(sed -n 's/^model name[[:space:]]*: //p' /proc/cpuinfo | head -n 1)
-    printf '%s, %s processors, %s MB of memory\n' "${processor:-unknown processor}" "$(nproc)" \
-        "$(awk '/^MemTotal:/ { print int($2 / 1024) }' /proc/meminfo)"
+    printf '%s, %s processors, %s MB of memory; load %s\n' "${processor:-unknown processor}" "$(nproc)" \
+        "$(awk '/^MemTotal:/ { print int($2 / 1024) }' /proc/meminfo)" "$(cut -d ' ' -f 1-3 /proc/loadavg)"
+}
+
+heading() {
+    printf '\n%s\n' "$*"
+}
+
+# Calculates the awk expression $1.
+calculate() {
+    awk "BEGIN { printf \"%.2f\", $1 }"
+}
+
+# The middle one of the numbers given as lines.
+median() {
+    sort -n | awk '{ value[NR] = $1 } END { printf "%.2f", (value[int((NR + 1) / 2)] + value[int(NR / 2) + 1]) / 2 }'
+}
+
+# The seconds and the MB of each run of a command, one run a line.
+measure() {
+    local run
+    for ((run = 0; run < runs; ++run)); do
+        /usr/bin/time --format '%e %M' --output "$directory/time.txt" "$@" >"$directory/output.txt" ||
+            fail "This failed: $*. Its message stands above."
+        awk '{ printf "%s %.1f\n", $1, $2 / 1024 }' "$directory/time.txt"
+    done
+}
+
+# Takes what the kernel holds of the library in $1 out of memory.
+forget() {
+    local file
+    for file in "$1"/mirel.sqlite3*; do
+        dd of="$file" oflag=nocache conv=notrunc,fdatasync count=0 status=none
+    done
+}
+
+# The directory of a library of $1 posts, light when $2 is --light. Made when it is missing.
+library() {
+    local made=$directory/$1${2:+-light}
+    [[ -d $made ]] || say "Making the library $made"
+    "$programs/library-generator" --posts "$1" ${2:+"$2"} "$made" ||
+        fail "The library could not be made. Give a directory with more space in MIREL_BENCHMARK_DIR."
+    printf '%s\n' "$made"
+}
+
+# The field $1 of every line.
+column() {
+    awk -v place="$1" '{ print $place }'
+}
+
+# Opens the library $1 and lists it, in turn. Prints the steps of the opening that took the middle time, and how
+# long mirelctl list takes from start to exit.
+measure_library() {
+    local run report seconds figures cold
+    forget "$1"
+    cold=$(runs=1 measure "$programs/mirelctl" --data-dir "$1" list)
+    for ((run = 0; run < runs; ++run)); do
+        report=$directory/open-$run.txt
+        "$programs/open-benchmark" "$1" >"$report" || fail "The library $1 could not be opened."
+        seconds=$(awk '/^all in all / { print $4 / 1000 }' "$report")
+        figures=$(runs=1 measure "$programs/mirelctl" --data-dir "$1" list)
+        printf '%s %s %s\n' "$seconds" "$figures" "$report"
+    done >"$directory/runs.txt"
+    cat -- "$(sort -n "$directory/runs.txt" | column 4 | sed -n "$(((runs + 1) / 2))p")"
+    printf 'mirelctl list: median %s s, of which opening %s s; the first, with nothing in memory, %s s; at most %s MB\n' \
+        "$(column 2 <"$directory/runs.txt" | median)" "$(column 1 <"$directory/runs.txt" | median)" \
+        "${cold%% *}" "$(column 3 <"$directory/runs.txt" | sort -n | tail -n 1)"
+}
+
+stop_simulator() {
+    [[ -z $simulator ]] || kill "$simulator" 2>/dev/null || true
+}
+
+start_simulator() {
+    local attempt
+    : >"$directory/simulator.txt"
+    "$programs/mirel-simulator" --posts "$synced_posts" --seed 1 --port 0 >"$directory/simulator.txt" 2>&1 &
+    simulator=$!
+    for ((attempt = 0; attempt < 100; ++attempt)); do
+        MIREL_X_API_URL=$(sed -n 's/^Simulating X at //p' "$directory/simulator.txt")
+        [[ -z $MIREL_X_API_URL ]] || break
+        sleep 0.1
+    done
+    [[ -n $MIREL_X_API_URL ]] || fail "The simulated X did not start: $(cat -- "$directory/simulator.txt")"
+    export MIREL_X_API_URL
+    export no_proxy=${no_proxy:+$no_proxy,}127.0.0.1,localhost
+}
+
+# The seconds of processor time that the simulator has used.
+simulator_time() {
+    awk -v ticks="$(getconf CLK_TCK)" '{ sub(/^.*\) /, ""); print ($12 + $13) / ticks }' "/proc/$simulator/stat"
+}
+
+# Syncs everything into a new library. mirelctl waits while the simulator makes a page.
+measure_sync() {
+    local run before figures
+    start_simulator
+    printf '%10s %10s %10s %22s\n' seconds posts/s 'MB at most' 'waiting for simulator'
+    for ((run = 0; run < runs; ++run)); do
+        rm -rf -- "$directory/synced"
+        before=$(simulator_time)
+        figures=$(runs=1 measure "$programs/mirelctl" --demo --data-dir "$directory/synced" sync --full)
+        printf '%10s %10s %10s %22s\n' "${figures% *}" "$(calculate "$synced_posts / ${figures% *}")" \
+            "${figures#* }" "$(calculate "($(simulator_time) - $before) / ${figures% *}")"
+    done
+    grep -qF "$synced_posts" "$directory/output.txt" || fail "The sync did not bring $synced_posts posts."
+    rm -rf -- "$directory/synced"
 }
 
 main() {
-    if [[ ${1-} == --help ]]; then
-        print_help
-        return
-    fi
-    local filter=${1:-.} benchmark failed=()
+    read_arguments "$@"
     install_packages
-    build release
-    local benchmarks=("$root"/build/release/bin/*-benchmark)
-    [[ -x ${benchmarks[0]} ]] ||
-        fail "The release build has no benchmarks. Configure it with cmake --preset release -DMIREL_BENCHMARKS=ON."
+    build release mirelctl mirel-simulator mapping-benchmark store-benchmark open-benchmark library-generator
+    mkdir -p -- "$directory" || fail "The directory $directory cannot be made. Set MIREL_BENCHMARK_DIR."
+    trap stop_simulator EXIT
     describe_machine
-    for benchmark in "${benchmarks[@]}"; do
-        printf '\n%s\n' "$(basename -- "$benchmark")"
-        "$benchmark" --benchmark_filter="$filter" 2>&1 || failed+=("$(basename -- "$benchmark")")
+    heading "Mapping"
+    "$programs/mapping-benchmark" --benchmark_repetitions="$runs" --benchmark_report_aggregates_only=true 2>/dev/null
+    heading "Mapping and storing"
+    "$programs/store-benchmark" --rounds "$runs" "$directory" || fail "store-benchmark failed."
+    local size posts kind made
+    local sizes=('1000 --light' '10000 --light')
+    ! $is_full || sizes=(10000 50000)
+    for size in "${sizes[@]}"; do
+        read -r posts kind <<<"$size"
+        made=$(library "$posts" "$kind")
+        heading "Opening and listing $posts posts${kind:+, light ones}"
+        measure_library "$made"
     done
-    ((${#failed[@]} == 0)) || fail "These benchmarks failed: ${failed[*]}. Their messages stand above."
+    heading "A sync of $synced_posts posts over loopback"
+    measure_sync
 }
 
 main "$@"
