@@ -23,7 +23,7 @@ QString statusOf(const BookmarkSyncSummary& summary)
 class SyncCanceled : public Error
 {
 public:
-    [[nodiscard]] QString description() const override { return QStringLiteral("The sync was canceled."); }
+    [[nodiscard]] QString description() const override { return QStringLiteral("Sync canceled."); }
 };
 
 } // namespace
