@@ -56,7 +56,7 @@ protected:
         for (const QString& key : changes.keys())
             document[key] = changes[key];
         const ProgramResult result =
-            runProgram(programs::importer, {QStringLiteral("--import-credentials-stdin")}, environment(),
+            runProgram(programs::application, {QStringLiteral("--import-credentials-stdin")}, environment(),
                        writeJSON(document));
         expectSuccess(result, "{\"ok\":true,\"openAI\":true,\"x\":true}\n");
         m_outputs += result.output + result.errors;

@@ -17,10 +17,9 @@ struct ProgramResult
 
 // The executables of this build.
 namespace programs {
+inline const QString application = QStringLiteral(MIREL_APPLICATION);
 inline const QString mirelctl = QStringLiteral(MIREL_MIRELCTL);
 inline const QString simulator = QStringLiteral(MIREL_SIMULATOR);
-// Takes --import-credentials-stdin.
-inline const QString importer = QStringLiteral(MIREL_IMPORTER);
 } // namespace programs
 
 // The environment of this process with a plain locale and time zone, and without anything that names the
