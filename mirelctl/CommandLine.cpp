@@ -227,7 +227,7 @@ Options:
   --data-dir DIR     use the library in DIR
   --json             print one JSON document
   --demo             use the simulated account of mirel-simulator, whose address
-                     MIREL_X_API_URL names, and no keyring
+                     MIREL_X_API_URL names, and no keyring; needs --data-dir
   --help             print this text
   --version          print the version
 

@@ -6,7 +6,14 @@ namespace mirel {
 
 QString DemoError::description() const
 {
-    return QStringLiteral("The demo needs a running mirel-simulator and its address in MIREL_X_API_URL.");
+    switch (m_case) {
+    case Case::noSimulator:
+        return QStringLiteral("The demo needs a running mirel-simulator and its address in MIREL_X_API_URL.");
+    case Case::noLibrary:
+        return QStringLiteral("The demo needs a library of its own, so that simulated posts never mix with "
+                              "yours. Name a directory for it in MIREL_LOCAL_DATA_DIR.");
+    }
+    Q_UNREACHABLE();
 }
 
 XCredentials Demo::account()
@@ -22,7 +29,9 @@ XCredentials Demo::account()
 LiveOptions Demo::liveOptions(const QProcessEnvironment& environment)
 {
     if (environment.value(QStringLiteral("MIREL_X_API_URL")).isEmpty())
-        throw DemoError();
+        throw DemoError(DemoError::Case::noSimulator);
+    if (environment.value(QStringLiteral("MIREL_LOCAL_DATA_DIR")).isEmpty())
+        throw DemoError(DemoError::Case::noLibrary);
     return {
         .environment = environment,
         .makeVault = [] { return std::make_unique<InMemoryCredentialVault>(account()); },

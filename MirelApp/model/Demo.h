@@ -6,11 +6,21 @@
 
 namespace mirel {
 
-// The demo was asked for without a simulator.
+// The demo was asked for without what it needs.
 class DemoError : public Error
 {
 public:
+    enum class Case { noSimulator, noLibrary };
+
+    explicit DemoError(Case errorCase)
+        : m_case(errorCase)
+    {
+    }
+
     [[nodiscard]] QString description() const override;
+
+private:
+    Case m_case;
 };
 
 // The demo: the whole program with the account that mirel-simulator plays, and without a keyring.
@@ -22,7 +32,8 @@ struct Demo
     [[nodiscard]] static XCredentials account();
 
     // What live() needs for the demo. Throws DemoError when `environment` names no simulator in
-    // MIREL_X_API_URL: the demo never reaches the real X.
+    // MIREL_X_API_URL or no library in MIREL_LOCAL_DATA_DIR: the demo reaches neither the real X nor the
+    // user's own library.
     [[nodiscard]] static LiveOptions
     liveOptions(const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment());
 };

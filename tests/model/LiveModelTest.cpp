@@ -99,11 +99,26 @@ TEST_F(LiveModel, AnAddressOfXThatIsNotOnThisComputerIsRefusedAndTheLibraryStill
     blockOn(model->shutDown());
 }
 
-TEST_F(LiveModel, TheDemoNeedsASimulator)
+QString demoFailure(const QProcessEnvironment& environment)
+{
+    try {
+        (void)Demo::liveOptions(environment);
+    } catch (const DemoError& error) {
+        return error.description();
+    }
+    return {};
+}
+
+TEST_F(LiveModel, TheDemoNeedsASimulatorAndALibraryOfItsOwn)
 {
     QProcessEnvironment environment;
-    EXPECT_THROW((void)Demo::liveOptions(environment), DemoError);
+    EXPECT_TRUE(demoFailure(environment).contains(QStringLiteral("MIREL_X_API_URL")));
     environment.insert(QStringLiteral("MIREL_X_API_URL"), QStringLiteral("http://127.0.0.1:1/2"));
+    EXPECT_TRUE(demoFailure(environment).contains(QStringLiteral("MIREL_LOCAL_DATA_DIR")));
+    environment.insert(QStringLiteral("MIREL_LOCAL_DATA_DIR"), QString());
+    EXPECT_TRUE(demoFailure(environment).contains(QStringLiteral("MIREL_LOCAL_DATA_DIR")));
+    environment.insert(QStringLiteral("MIREL_LOCAL_DATA_DIR"), library.directory());
+    EXPECT_EQ(demoFailure(environment), QString());
     EXPECT_EQ(blockOn(Demo::liveOptions(environment).makeVault()->loadXCredentials()), Demo::account());
 }
 
