@@ -68,15 +68,18 @@ std::optional<HTTPRequest> redirected(const HTTPRequest& request, const HTTPResp
         return std::nullopt;
     HTTPRequest next = request;
     next.url = target(request.url, *location);
-    if (!isSameOrigin(request.url, next.url)) {
-        removeHeaders(
-            next, std::array<QByteArrayView, 4>{"Authorization", "Proxy-Authorization", "Cookie", "Cookie2"});
-    }
     if (becomesGet(request, response.status)) {
         next.method = "GET";
         next.body.clear();
         removeHeaders(next, std::array<QByteArrayView, 4>{"Content-Type", "Content-Length",
                                                           "Content-Encoding", "Content-Language"});
+    }
+    if (!isSameOrigin(request.url, next.url)) {
+        // A body may hold a secret too: the refresh token travels in one.
+        if (!next.body.isEmpty())
+            throw HTTPTransportError(HTTPTransportError::Case::redirectRefused, request.url);
+        removeHeaders(
+            next, std::array<QByteArrayView, 4>{"Authorization", "Proxy-Authorization", "Cookie", "Cookie2"});
     }
     return next;
 }

@@ -38,7 +38,10 @@ class RedirectOriginTest : public ::testing::TestWithParam<OriginRow>
 
 TEST_P(RedirectOriginTest, CarriesAuthorizationAndCookieToTheSameOriginAlone)
 {
-    const auto next = redirected(post(GetParam().from), redirectTo(GetParam().location, 307));
+    HTTPRequest request = post(GetParam().from);
+    request.method = "GET";
+    request.body.clear();
+    const auto next = redirected(request, redirectTo(GetParam().location, 307));
     ASSERT_TRUE(next);
     EXPECT_EQ(next->url, QUrl(QString::fromLatin1(GetParam().to)));
     EXPECT_EQ(next->header("Authorization").has_value(), GetParam().keepsAuthorization);
@@ -66,6 +69,16 @@ INSTANTIATE_TEST_SUITE_P(
         OriginRow{"NameAndPassword", "https://a.example/", "https://u:p@b.example/", "https://b.example/",
                   false}),
     [](const auto& row) { return std::string(row.param.name); });
+
+TEST(HTTPRedirect, RefusesToSendABodyToAnotherOrigin)
+{
+    const HTTPRequest request = post("https://a.example/");
+    for (const int status : {307, 308}) {
+        EXPECT_THROW((void)redirected(request, redirectTo("https://b.example/", status)), HTTPTransportError);
+        EXPECT_EQ(redirected(request, redirectTo("/z", status))->body, "{}");
+    }
+    EXPECT_EQ(redirected(request, redirectTo("https://b.example/", 303))->body, "");
+}
 
 struct MethodRow
 {

@@ -152,17 +152,6 @@ TEST_F(URLSessionHTTPTransportTest, FailsWhenTheConnectionIsCutInTheMiddleOfABod
         EXPECT_EQ(failure(target).errorCase(), Case::connection) << target.constData();
 }
 
-// A known fault: Qt 6.4 takes the end of the connection for the end of a chunked body when both arrive
-// together. Over HTTP/2 and with gzip the cut is noticed.
-TEST_F(URLSessionHTTPTransportTest, DISABLED_FailsWhenTheConnectionIsCutInTheMiddleOfAPlainChunkedBody)
-{
-    m_server.answer("/chunk", QByteArray("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n9\r\nabc"));
-    m_server.answer("/chunks",
-                    QByteArray("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n"));
-    for (const QByteArray target : {"/chunk", "/chunks"})
-        EXPECT_EQ(failure(target).errorCase(), Case::connection) << target.constData();
-}
-
 TEST_F(URLSessionHTTPTransportTest, FailsWhenTheConnectionIsClosedInTheMiddleOfTheHead)
 {
     m_server.answer("/", QByteArray("HTTP/1.1 200 OK\r\nContent-Le"));
