@@ -22,10 +22,11 @@ int importFromStandardInput(int argumentCount, char** arguments)
     QFile input;
     QFile output;
     QFile errors;
-    // Unbuffered, so that a line goes out as one write and a full disk is noticed.
-    const bool isOpen = input.open(stdin, QIODevice::ReadOnly) &&
-                        output.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered) &&
-                        errors.open(stderr, QIODevice::WriteOnly | QIODevice::Unbuffered);
+    // The descriptors themselves, unbuffered, so that a line goes out as one write and a full disk is
+    // noticed: a stream of C would take the line and lose it at the exit.
+    const bool isOpen = input.open(fileno(stdin), QIODevice::ReadOnly) &&
+                        output.open(fileno(stdout), QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+                        errors.open(fileno(stderr), QIODevice::WriteOnly | QIODevice::Unbuffered);
     if (!isOpen)
         return 1;
     KeychainCredentialVault vault(MirelKeychainConfiguration::currentService());

@@ -3,13 +3,9 @@
 #include "mirelctl/Interruption.h"
 #include "mirelctl/Library.h"
 
-#include <QTimer>
-
 namespace mirel {
 
 namespace {
-
-using namespace std::chrono_literals;
 
 // One line that is rewritten with every page, and is gone when the sync ends.
 class ProgressLine
@@ -51,12 +47,7 @@ private:
 // Runs the sync until it has ended. Returns whether it was interrupted.
 bool runSync(MirelAppModel& model, const SyncCommand& command, const CommandSurroundings& surroundings)
 {
-    // Ending the requests in flight ends the sync; between two requests there is none, so this is done
-    // until it has.
-    QTimer ending;
-    ending.setInterval(20ms);
-    QObject::connect(&ending, &QTimer::timeout, &model, [&model] { model.shutDown(); });
-    const Interruption interruption([&ending] { ending.start(); });
+    const Interruption interruption([&model] { model.shutDown(); });
     const ProgressLine progressLine(model, surroundings.showProgress);
     blockOn(model.syncNow({}, command.full));
     return interruption.hasHappened();

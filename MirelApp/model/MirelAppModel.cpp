@@ -4,7 +4,17 @@
 
 #include <QCoro/QCoroSignal>
 
+#include <chrono>
+
 namespace mirel {
+
+namespace {
+
+constexpr std::chrono::milliseconds pauseBetweenRounds{20};
+// Half a second for a keyring that is at work; one that waits for its user is not waited for.
+constexpr int roundsForKeyring = 25;
+
+} // namespace
 
 MirelAppModel::MirelAppModel(MirelServices services, std::optional<QString> lastError)
     : m_services(std::move(services))
@@ -25,19 +35,39 @@ QCoro::Task<> MirelAppModel::start()
 
 QCoro::Task<> MirelAppModel::shutDown()
 {
-    co_await endRequests();
-    while (m_runningCommands > 0)
-        co_await qCoro(this, &MirelAppModel::becameIdle);
+    for (int round = 0; m_runningCommands > 0; ++round) {
+        m_isSyncCanceled->store(true);
+        // A command that was between two requests begins its next one after the others were ended.
+        co_await endRequests();
+        // A refreshed token on its way into the keyring is the only one that X still knows.
+        if (round >= roundsForKeyring)
+            co_await endVaultCalls();
+        if (m_runningCommands > 0)
+            co_await qCoro(this, &MirelAppModel::becameIdle, pauseBetweenRounds);
+    }
+}
+
+QCoro::Task<> MirelAppModel::endRequests()
+{
+    const RunningCommand running(*this);
+    if (m_services.transport)
+        co_await m_services.transport->call([](HTTPTransport& transport) { transport.cancelAll(); });
+}
+
+QCoro::Task<> MirelAppModel::endVaultCalls()
+{
+    const RunningCommand running(*this);
+    if (m_services.vault)
+        co_await m_services.vault->call([](CredentialVault& vault) { vault.cancelAll(); });
 }
 
 // A sync that is between two requests ends at its next page.
-QCoro::Task<> MirelAppModel::endRequests()
+QCoro::Task<> MirelAppModel::endSyncEarly()
 {
+    const RunningCommand running(*this);
     m_isSyncCanceled->store(true);
-    if (m_services.transport)
-        co_await m_services.transport->call([](HTTPTransport& transport) { transport.cancelAll(); });
-    if (m_services.vault)
-        co_await m_services.vault->call([](CredentialVault& vault) { vault.cancelAll(); });
+    co_await endRequests();
+    co_await endVaultCalls();
 }
 
 void MirelAppModel::setStatusMessage(const QString& message)
@@ -76,7 +106,7 @@ void MirelAppModel::requestSync(bool fullScan)
 void MirelAppModel::cancelSync()
 {
     if (m_isSyncing)
-        endRequests();
+        endSyncEarly();
 }
 
 void MirelAppModel::requestRefresh()

@@ -80,7 +80,8 @@ public:
     // Fills the model from the library, and then, without being awaited, finds out what is connected.
     QCoro::Task<> start();
 
-    // Cancels the requests in flight and returns when no command is running.
+    // Cancels the requests in flight, and those that begin meanwhile, and returns when no command is running.
+    // Calls to the keyring are given a moment to end.
     QCoro::Task<> shutDown();
 
     // Reloads the current page and the counts.
@@ -168,6 +169,8 @@ private:
     void showSyncProgress(const BookmarkSyncProgress& progress);
     void endSync();
     QCoro::Task<> endRequests();
+    QCoro::Task<> endVaultCalls();
+    QCoro::Task<> endSyncEarly();
     QCoro::Task<> openPage(qint64 page);
 
     MirelServices m_services;

@@ -273,6 +273,20 @@ TEST_F(NoSecretService, FailsTheHeadlessImport)
     EXPECT_EQ(import.exitCode(), 1);
 }
 
+// A document that saves nothing needs no keyring.
+TEST_F(NoSecretService, AFullDiskFailsTheHeadlessImport)
+{
+    QProcess import;
+    import.setStandardOutputFile(QStringLiteral("/dev/full"));
+    import.start(QStringLiteral(MIREL_IMPORT_TOOL), {QStringLiteral("--import-credentials-stdin")});
+    import.write("{}");
+    import.closeWriteChannel();
+    ASSERT_TRUE(import.waitForFinished());
+    EXPECT_EQ(import.readAllStandardError(),
+              "Credential import failed: Standard output could not be written: No space left on device.\n");
+    EXPECT_EQ(import.exitCode(), 1);
+}
+
 using SilentService = NoSecretService;
 
 TEST_F(SilentService, IsGivenUpAfterTheLimit)

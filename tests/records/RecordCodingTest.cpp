@@ -147,6 +147,15 @@ INSTANTIATE_TEST_SUITE_P(
             R"({"id":1,"bookmarkID":2,"selectedText":"s","contextText":"c","startOffset":3,"endOffset":4,
                       "colorHex":"#ffff00","createdAt":5.5})",
             keys("contextText"), roundTrip<BookmarkHighlight>},
+        RecordRow{"SyncRun",
+                  R"({"id":1,"kind":"automatic","status":"rate_limited","pages":2,"fetched":3,"created":4,
+                      "updated":5,"errorMessage":"e","rateLimitResetAt":6.5,"startedAt":7.5,
+                      "completedAt":8.5,"createdAt":9.5})",
+                  keys("errorMessage rateLimitResetAt startedAt completedAt"), roundTrip<SyncRun>},
+        RecordRow{"SyncLogEntry",
+                  R"({"id":1,"runID":2,"event":"page","message":"m","page":3,"requested":4,"received":5,
+                      "reported":6,"cumulative":7,"hasNextPage":true,"createdAt":8.5})",
+                  keys("page requested received reported cumulative hasNextPage"), roundTrip<SyncLogEntry>},
         RecordRow{"LibraryCounts",
                   R"({"all":1,"inbox":2,"read":3,"favorites":4,"archive":5})",
                   {},
@@ -172,6 +181,9 @@ TEST(RecordEnumerations, HaveTheirRawValuesAndNoOthers)
     EXPECT_EQ(texts<Tag::Source>().join(u' '), u"manual generated");
     EXPECT_EQ(texts<Folder::Source>().join(u' '), u"local x");
     EXPECT_EQ(texts<BookmarkRule::Action>().join(u' '), u"tag folder");
+    EXPECT_EQ(texts<SyncRun::Kind>().join(u' '), u"initial manual automatic");
+    EXPECT_EQ(texts<SyncRun::Status>().join(u' '), u"queued running completed rate_limited failed");
+    EXPECT_EQ(texts<SyncLogEntry::Event>().join(u' '), u"started page completed failed");
 }
 
 TEST(RecordCoding, FailsAWholeArrayForOneUnknownKind)

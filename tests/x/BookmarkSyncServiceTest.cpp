@@ -267,5 +267,22 @@ TEST_F(BookmarkSync, ModesHaveTheirNames)
     EXPECT_EQ(rawValue(BookmarkSyncMode::full), QStringLiteral("full"));
 }
 
+TEST_F(BookmarkSync, ReportsAndSummariesHaveTheirFieldNamesAsKeys)
+{
+    const BookmarkSyncProgress progress{1, 2, 3, 4, 50, 6, 7, true};
+    const QByteArray progressJSON = R"({"created":3,"fetched":2,"hasNextPage":true,"pages":1,"received":6,)"
+                                    R"("reported":7,"requested":50,"updated":4})";
+    EXPECT_EQ(encodeJSON(progress), progressJSON);
+    EXPECT_EQ(decodeJSON<BookmarkSyncProgress>(progressJSON), progress);
+
+    const BookmarkSyncSummary summary{
+        1, 2, 3, 4, {9, 8}, Instant::fromSecondsSince2001(5.5), BookmarkSyncMode::full, true};
+    const QByteArray summaryJSON =
+        R"({"completedAt":5.5,"created":3,"createdBookmarkIDs":[9,8],"fetched":2,"mode":"full","pages":1,)"
+        R"("reachedRemoteEnd":true,"updated":4})";
+    EXPECT_EQ(encodeJSON(summary), summaryJSON);
+    EXPECT_EQ(decodeJSON<BookmarkSyncSummary>(summaryJSON), summary);
+}
+
 } // namespace
 } // namespace mirel
