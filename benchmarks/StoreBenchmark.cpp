@@ -332,9 +332,10 @@ void run(const QString& directory, int pages, int rounds)
 {
     if (!QDir().mkpath(directory))
         throw std::runtime_error("The directory cannot be made.");
-    // As in the programs, the library is the first to use SQLite.
     {
-        const SQLiteConnection first(QDir(directory).filePath(QStringLiteral("first.sqlite3")));
+        // As in the programs, the library is the first to use SQLite.
+        const QTemporaryDir folder(directory + QStringLiteral("/store-XXXXXX"));
+        const SQLiteConnection first(folder.filePath(QStringLiteral("first.sqlite3")));
     }
     StatementTimes::install();
     const Input input(pages);

@@ -15,6 +15,7 @@ source "$(dirname -- "${BASH_SOURCE[0]}")/common.sh"
 programs=$root/build/release/bin
 directory=${MIREL_BENCHMARK_DIR:-$root/build/benchmarks}
 is_full=false
+work=$directory/work
 runs=5
 synced_posts=1000
 simulator=
@@ -68,9 +69,9 @@ median() {
 measure() {
     local run
     for ((run = 0; run < runs; ++run)); do
-        /usr/bin/time --format '%e %M' --output "$directory/time.txt" "$@" >"$directory/output.txt" ||
+        /usr/bin/time --format '%e %M' --output "$work/time.txt" "$@" >"$work/output.txt" ||
             fail "This failed: $*. Its message stands above."
-        awk '{ printf "%s %.1f\n", $1, $2 / 1024 }' "$directory/time.txt"
+        awk '{ printf "%s %.1f\n", $1, $2 / 1024 }' "$work/time.txt"
     done
 }
 
@@ -103,33 +104,34 @@ measure_library() {
     forget "$1"
     cold=$(runs=1 measure "$programs/mirelctl" --data-dir "$1" list)
     for ((run = 0; run < runs; ++run)); do
-        report=$directory/open-$run.txt
+        report=$work/open-$run.txt
         "$programs/open-benchmark" "$1" >"$report" || fail "The library $1 could not be opened."
         seconds=$(awk '/^all in all / { print $4 / 1000 }' "$report")
         figures=$(runs=1 measure "$programs/mirelctl" --data-dir "$1" list)
         printf '%s %s %s\n' "$seconds" "$figures" "$report"
-    done >"$directory/runs.txt"
-    cat -- "$(sort -n "$directory/runs.txt" | column 4 | sed -n "$(((runs + 1) / 2))p")"
+    done >"$work/runs.txt"
+    cat -- "$(sort -n "$work/runs.txt" | column 4 | sed -n "$(((runs + 1) / 2))p")"
     printf 'mirelctl list: median %s s, of which opening %s s; the first, with nothing in memory, %s s; at most %s MB\n' \
-        "$(column 2 <"$directory/runs.txt" | median)" "$(column 1 <"$directory/runs.txt" | median)" \
-        "${cold%% *}" "$(column 3 <"$directory/runs.txt" | sort -n | tail -n 1)"
+        "$(column 2 <"$work/runs.txt" | median)" "$(column 1 <"$work/runs.txt" | median)" \
+        "${cold%% *}" "$(column 3 <"$work/runs.txt" | sort -n | tail -n 1)"
 }
 
-stop_simulator() {
+clean_up() {
     [[ -z $simulator ]] || kill "$simulator" 2>/dev/null || true
+    rm -rf -- "$work"
 }
 
 start_simulator() {
     local attempt
-    : >"$directory/simulator.txt"
-    "$programs/mirel-simulator" --posts "$synced_posts" --seed 1 --port 0 >"$directory/simulator.txt" 2>&1 &
+    : >"$work/simulator.txt"
+    "$programs/mirel-simulator" --posts "$synced_posts" --seed 1 --port 0 >"$work/simulator.txt" 2>&1 &
     simulator=$!
     for ((attempt = 0; attempt < 100; ++attempt)); do
-        MIREL_X_API_URL=$(sed -n 's/^Simulating X at //p' "$directory/simulator.txt")
+        MIREL_X_API_URL=$(sed -n 's/^Simulating X at //p' "$work/simulator.txt")
         [[ -z $MIREL_X_API_URL ]] || break
         sleep 0.1
     done
-    [[ -n $MIREL_X_API_URL ]] || fail "The simulated X did not start: $(cat -- "$directory/simulator.txt")"
+    [[ -n $MIREL_X_API_URL ]] || fail "The simulated X did not start: $(cat -- "$work/simulator.txt")"
     export MIREL_X_API_URL
     export no_proxy=${no_proxy:+$no_proxy,}127.0.0.1,localhost
 }
@@ -145,22 +147,22 @@ measure_sync() {
     start_simulator
     printf '%10s %10s %10s %22s\n' seconds posts/s 'MB at most' 'waiting for simulator'
     for ((run = 0; run < runs; ++run)); do
-        rm -rf -- "$directory/synced"
+        rm -rf -- "$work/synced"
         before=$(simulator_time)
-        figures=$(runs=1 measure "$programs/mirelctl" --demo --data-dir "$directory/synced" sync --full)
+        figures=$(runs=1 measure "$programs/mirelctl" --demo --data-dir "$work/synced" sync --full)
         printf '%10s %10s %10s %22s\n' "${figures% *}" "$(calculate "$synced_posts / ${figures% *}")" \
             "${figures#* }" "$(calculate "($(simulator_time) - $before) / ${figures% *}")"
     done
-    grep -qF "$synced_posts" "$directory/output.txt" || fail "The sync did not bring $synced_posts posts."
-    rm -rf -- "$directory/synced"
+    grep -qF "$synced_posts" "$work/output.txt" || fail "The sync did not bring $synced_posts posts."
+    rm -rf -- "$work/synced"
 }
 
 main() {
     read_arguments "$@"
     install_packages
     build release mirelctl mirel-simulator mapping-benchmark store-benchmark open-benchmark library-generator
-    mkdir -p -- "$directory" || fail "The directory $directory cannot be made. Set MIREL_BENCHMARK_DIR."
-    trap stop_simulator EXIT
+    trap clean_up EXIT
+    mkdir -p -- "$work" || fail "The directory $directory cannot be made. Set MIREL_BENCHMARK_DIR."
     describe_machine
     heading "Mapping"
     "$programs/mapping-benchmark" --benchmark_repetitions="$runs" --benchmark_report_aggregates_only=true 2>/dev/null
