@@ -72,6 +72,8 @@ QCoro::Task<> MirelAppModel::refreshLibrary()
     }
     m_hasLoaded = true;
     setLoading(false);
+    if (std::exchange(m_reloadsAgain, false))
+        refreshLibrary();
 }
 
 QCoro::Task<> MirelAppModel::openMailbox(LibraryFilter filter)

@@ -52,8 +52,8 @@ std::unique_ptr<MirelAppModel> MirelAppModel::live(const LiveOptions& options)
     try {
         services.store = openStore(options.environment);
         connectX(services, options);
-    } catch (const Error& failure) {
-        error = failure.description();
+    } catch (const std::exception& failure) {
+        error = describe(failure);
     }
     return std::make_unique<MirelAppModel>(std::move(services), error);
 }

@@ -72,14 +72,18 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
     endSync();
 }
 
-// The rows arrive page by page. One reload at a time: the next page brings the next one.
+// The rows arrive page by page. One reload at a time: pages that come during one share the next.
 void MirelAppModel::showSyncProgress(const BookmarkSyncProgress& progress)
 {
     if (!m_isSyncing)
         return;
     m_syncProgress = progress;
     Q_EMIT syncChanged();
-    if (progress.created > 0 && !m_isLoading)
+    if (progress.created == 0)
+        return;
+    if (m_isLoading)
+        m_reloadsAgain = true;
+    else
         refreshLibrary();
 }
 

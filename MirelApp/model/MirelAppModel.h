@@ -182,6 +182,8 @@ private:
     LibraryCounts m_counts;
     bool m_hasLoaded = false;
     bool m_isLoading = false;
+    // New rows have arrived since the reading under way began.
+    bool m_reloadsAgain = false;
     bool m_hasListingFailed = false;
     bool m_isSyncing = false;
     std::optional<BookmarkSyncProgress> m_syncProgress;

@@ -1,6 +1,5 @@
 #include "library/LocalLibraryStore.h"
 
-#include "library/RowDecoding.h"
 #include "library/SQLiteStoreError.h"
 
 namespace mirel {
@@ -58,29 +57,7 @@ Bookmark LocalLibraryStore::upsertFromX(const SyncedBookmark& synced, Instant sy
 
 Bookmark LocalLibraryStore::bookmark(qint64 id)
 {
-    const auto row = m_database.firstRow(
-        "SELECT b.*, a.id AS author_local_id, a.x_id AS author_x_id, a.name AS author_name, "
-        "a.username AS author_username, a.profile_image_url AS author_profile_image_url "
-        "FROM bookmarks b JOIN authors a ON a.id = b.author_id WHERE b.id = ? AND b.deleted_at IS NULL",
-        {id});
-    if (!row) {
-        throw SQLiteStoreError(SQLiteStoreError::Case::notFound,
-                               QStringLiteral("The bookmark no longer exists."));
-    }
-    QList<Tag> tags;
-    for (const SQLiteRow& tagRow :
-         m_database.rows("SELECT t.id, t.name, t.slug, t.color_hex, t.source FROM tags t "
-                         "JOIN bookmark_tags bt ON bt.tag_id = t.id WHERE bt.bookmark_id = ? "
-                         "ORDER BY t.name COLLATE NOCASE",
-                         {id}))
-        tags.append(decodeTag(tagRow));
-    std::optional<Folder> folder;
-    if (const auto folderRow = m_database.firstRow(
-            "SELECT f.id, f.name, f.slug, f.description, f.parent_id, f.source, f.x_folder_id "
-            "FROM folders f JOIN bookmark_folders bf ON bf.folder_id = f.id WHERE bf.bookmark_id = ?",
-            {id}))
-        folder = decodeFolder(*folderRow);
-    return decodeBookmark(*row, std::move(tags), std::move(folder));
+    return bookmarks({id}).constFirst();
 }
 
 std::optional<Bookmark> LocalLibraryStore::bookmark(const QString& tweetID)

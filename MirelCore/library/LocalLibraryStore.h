@@ -100,6 +100,7 @@ private:
     [[nodiscard]] QSet<QString> columnsOf(const QByteArray& tableInfoQuery);
 
     qint64 upsertAuthor(const SyncedAuthor& author);
+    // In that order. Throws SQLiteStoreError::notFound when one of them is not live.
     [[nodiscard]] QList<Bookmark> bookmarks(const QList<qint64>& ids);
     [[nodiscard]] SyncRun syncRun(qint64 id);
     [[nodiscard]] SyncLogEntry syncLogEntry(qint64 id);
