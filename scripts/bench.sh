@@ -157,10 +157,18 @@ measure_sync() {
     rm -rf -- "$work/synced"
 }
 
+# The window, off screen, while the same account is synced into a new library.
+measure_responsiveness() {
+    MIREL_LOCAL_DATA_DIR=$work/shown QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software \
+        "$programs/responsiveness-benchmark" || fail "responsiveness-benchmark failed."
+    rm -rf -- "$work/shown"
+}
+
 main() {
     read_arguments "$@"
     install_packages
-    build release mirelctl mirel-simulator mapping-benchmark store-benchmark open-benchmark library-generator
+    build release mirelctl mirel-simulator mapping-benchmark store-benchmark open-benchmark library-generator \
+        responsiveness-benchmark
     trap clean_up EXIT
     mkdir -p -- "$work" || fail "The directory $directory cannot be made. Set MIREL_BENCHMARK_DIR."
     describe_machine
@@ -179,6 +187,8 @@ main() {
     done
     heading "A sync of $synced_posts posts over loopback"
     measure_sync
+    heading "The window during a sync of $synced_posts posts"
+    measure_responsiveness
 }
 
 main "$@"

@@ -40,8 +40,12 @@ WindowPlacement::WindowPlacement(QWindow& window, QSettings& settings)
     connect(&window, &QWindow::visibilityChanged, this, [this](QWindow::Visibility visibility) {
         if (visibility == QWindow::Windowed || visibility == QWindow::Maximized)
             m_isMaximized = visibility == QWindow::Maximized;
-        if (visibility == QWindow::Hidden)
-            save();
+        if (visibility != QWindow::Hidden)
+            return;
+        // The window system may have moved the window without a signal having come yet.
+        if (!m_isMaximized)
+            m_normalGeometry = m_window.geometry();
+        save();
     });
 }
 

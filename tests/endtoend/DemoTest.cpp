@@ -180,5 +180,15 @@ TEST_F(Demo, AnInterruptedSyncIsRecordedAsFailed)
     EXPECT_EQ(library().postIDs(), allPosts());
 }
 
+// An empty document saves nothing, so no keyring is asked.
+TEST_F(Demo, TheImportSwitchCountsAsTheFirstArgumentWhateverFollows)
+{
+    const QStringList arguments{QStringLiteral("--import-credentials-stdin"), QStringLiteral("extra")};
+    const ProgramResult result = runProgram(programs::application, arguments, environment(), "{}");
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.output, "{\"ok\":false,\"openAI\":false,\"x\":false}\n");
+    EXPECT_EQ(result.errors, "");
+}
+
 } // namespace
 } // namespace mirel::testing

@@ -117,6 +117,24 @@ TEST_F(SQLiteConnectionTest, EachFailureHasItsCase)
     expectError(SQLiteStoreError::Case::execute, [&] { connection.run("INSERT INTO t VALUES (NULL)"); });
 }
 
+TEST_F(SQLiteConnectionTest, WaitsFiveSecondsForTheLockOfAnotherConnection)
+{
+    EXPECT_EQ(connection.firstRow("PRAGMA busy_timeout")->integer("timeout"), 5000);
+}
+
+TEST_F(SQLiteConnectionTest, ALockThatStaysIsReportedLikeAnyOtherFailure)
+{
+    SQLiteConnection other(path);
+    other.execute("BEGIN IMMEDIATE");
+    connection.execute("PRAGMA busy_timeout = 1");
+    try {
+        connection.execute("BEGIN IMMEDIATE");
+        FAIL();
+    } catch (const SQLiteStoreError& error) {
+        EXPECT_EQ(error.description(), QStringLiteral("Local library command failed: database is locked"));
+    }
+}
+
 TEST_F(SQLiteConnectionTest, AConnectionServesOnAfterAFailure)
 {
     expectError(SQLiteStoreError::Case::prepare, [&] { connection.run("nonsense"); });

@@ -4,9 +4,7 @@
 
 #include "x/XAPIError.h"
 
-#include <QSignalSpy>
-
-#include <atomic>
+#include <QSemaphore>
 
 namespace mirel {
 namespace {
@@ -78,19 +76,20 @@ TEST_F(SyncControl, ProgressIsPresentExactlyWhileASyncRuns)
 
 TEST_F(SyncControl, RowsArriveWhileTheSyncStillRuns)
 {
-    QSignalSpy rows(model->bookmarkList(), &QAbstractItemModel::rowsInserted);
-    std::atomic<bool> sawRows = false;
+    QSemaphore rowsOnScreen;
     // The second page is held back until the rows of the first are on screen.
     x->answer = [&](int call) {
-        for (int wait = 0; call == 1 && wait < 2000 && !sawRows; ++wait)
-            QThread::msleep(5);
+        if (call == 1) {
+            EXPECT_TRUE(rowsOnScreen.tryAcquire(1, 30'000));
+        }
         return makePage(call * 5 + 1, call * 5 + 5,
                         call == 0 ? std::optional(QStringLiteral("a")) : std::nullopt);
     };
-    QObject::connect(model->bookmarkList(), &QAbstractItemModel::rowsInserted,
-                     [&] { sawRows = sawRows || model->isSyncing(); });
+    QObject::connect(model->bookmarkList(), &QAbstractItemModel::rowsInserted, [&] {
+        EXPECT_TRUE(model->isSyncing());
+        rowsOnScreen.release();
+    });
     blockOn(model->syncNow({}, true));
-    EXPECT_TRUE(sawRows);
     EXPECT_EQ(model->bookmarks().size(), 10);
 }
 
