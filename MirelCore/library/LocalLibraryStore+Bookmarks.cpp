@@ -1,5 +1,6 @@
 #include "library/LocalLibraryStore.h"
 
+#include "library/RowDecoding.h"
 #include "library/SQLiteStoreError.h"
 
 namespace mirel {
@@ -52,12 +53,58 @@ Bookmark LocalLibraryStore::upsertFromX(const SyncedBookmark& synced, Instant sy
                                QStringLiteral("The synchronized bookmark could not be loaded."));
     }
     transaction.commit();
-    return bookmark(*id);
+    return storedBookmark(*id, synced.rawJSON);
+}
+
+// The raw JSON is in hand: reading its many pages back would cost more than all the other columns.
+Bookmark LocalLibraryStore::storedBookmark(qint64 id, const QByteArray& rawJSON)
+{
+    const auto row = m_database.firstRow(
+        "SELECT b.id, b.tweet_id, b.conversation_id, b.text, b.content_title, b.content_text, b.language, "
+        "b.source_url, b.post_created_at, b.synced_at, b.view_count, b.repost_count, b.bookmark_count, "
+        "b.reply_count, b.quote_count, b.like_count, b.media_json, b.quoted_json, b.thread_json, "
+        "b.thread_enriched_at, b.note, b.is_read, b.is_favorite, b.is_archived, b.reviewed_at, "
+        "a.id AS author_local_id, a.x_id AS author_x_id, a.name AS author_name, "
+        "a.username AS author_username, a.profile_image_url AS author_profile_image_url "
+        "FROM bookmarks b JOIN authors a ON a.id = b.author_id WHERE b.id = ? AND b.deleted_at IS NULL",
+        {id});
+    Bookmark stored = decodeOne(row, id);
+    stored.rawJSON = rawJSON;
+    return stored;
 }
 
 Bookmark LocalLibraryStore::bookmark(qint64 id)
 {
-    return bookmarks({id}).constFirst();
+    return decodeOne(m_database.firstRow(
+                         "SELECT b.*, a.id AS author_local_id, a.x_id AS author_x_id, a.name AS author_name, "
+                         "a.username AS author_username, a.profile_image_url AS author_profile_image_url "
+                         "FROM bookmarks b JOIN authors a ON a.id = b.author_id "
+                         "WHERE b.id = ? AND b.deleted_at IS NULL",
+                         {id}),
+                     id);
+}
+
+// The bookmark of `row`, which is that of `id`, with its labels and its folder.
+Bookmark LocalLibraryStore::decodeOne(const std::optional<SQLiteRow>& row, qint64 id)
+{
+    if (!row) {
+        throw SQLiteStoreError(SQLiteStoreError::Case::notFound,
+                               QStringLiteral("The bookmark no longer exists."));
+    }
+    QList<Tag> tags;
+    for (const SQLiteRow& tagRow :
+         m_database.rows("SELECT t.id, t.name, t.slug, t.color_hex, t.source FROM tags t "
+                         "JOIN bookmark_tags bt ON bt.tag_id = t.id WHERE bt.bookmark_id = ? "
+                         "ORDER BY t.name COLLATE NOCASE",
+                         {id}))
+        tags.append(decodeTag(tagRow));
+    std::optional<Folder> folder;
+    if (const auto folderRow = m_database.firstRow(
+            "SELECT f.id, f.name, f.slug, f.description, f.parent_id, f.source, f.x_folder_id "
+            "FROM folders f JOIN bookmark_folders bf ON bf.folder_id = f.id WHERE bf.bookmark_id = ?",
+            {id}))
+        folder = decodeFolder(*folderRow);
+    return decodeBookmark(*row, std::move(tags), std::move(folder));
 }
 
 std::optional<Bookmark> LocalLibraryStore::bookmark(const QString& tweetID)

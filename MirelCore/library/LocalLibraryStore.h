@@ -100,6 +100,8 @@ private:
     [[nodiscard]] QSet<QString> columnsOf(const QByteArray& tableInfoQuery);
 
     qint64 upsertAuthor(const SyncedAuthor& author);
+    [[nodiscard]] Bookmark storedBookmark(qint64 id, const QByteArray& rawJSON);
+    [[nodiscard]] Bookmark decodeOne(const std::optional<SQLiteRow>& row, qint64 id);
     // In that order. Throws SQLiteStoreError::notFound when one of them is not live.
     [[nodiscard]] QList<Bookmark> bookmarks(const QList<qint64>& ids);
     [[nodiscard]] SyncRun syncRun(qint64 id);
