@@ -2,6 +2,9 @@
 
 #include "mirelctl/Interruption.h"
 #include "mirelctl/Library.h"
+#include "support/BlockOn.h"
+
+#include <optional>
 
 namespace mirel {
 
@@ -47,9 +50,12 @@ private:
 // Runs the sync until it has ended. Returns whether it was interrupted.
 bool runSync(MirelAppModel& model, const SyncCommand& command, const CommandSurroundings& surroundings)
 {
-    const Interruption interruption([&model] { model.shutDown(); });
+    std::optional<QCoro::Task<>> ending;
+    const Interruption interruption([&] { ending.emplace(model.shutDown()); });
     const ProgressLine progressLine(model, surroundings.showProgress);
     blockOn(model.syncNow({}, command.full));
+    if (ending)
+        blockOn(*std::move(ending));
     return interruption.hasHappened();
 }
 
