@@ -1,16 +1,17 @@
 # The layers of the program: which folder may include from which. A target links exactly what its
 # layer lists, and cmake/CheckLayers.cmake fails the build when a file includes from another one.
 
-set(MIREL_LAYERS support records transport credentials library x model screens)
+set(MIREL_LAYERS support records presentation transport credentials library x model screens)
 
 set(MIREL_LAYER_support "")
 set(MIREL_LAYER_records support)
+set(MIREL_LAYER_presentation records support)
 set(MIREL_LAYER_transport support)
 set(MIREL_LAYER_credentials records support)
-set(MIREL_LAYER_library records support)
-set(MIREL_LAYER_x library credentials transport records support)
-set(MIREL_LAYER_model x library credentials transport records support)
-set(MIREL_LAYER_screens model records support)
+set(MIREL_LAYER_library presentation records support)
+set(MIREL_LAYER_x library presentation credentials transport records support)
+set(MIREL_LAYER_model x library presentation credentials transport records support)
+set(MIREL_LAYER_screens model presentation records support)
 
 # Adds the static library mirel_<layer> from the sources of the current folder, linked to the
 # layers it may use. Further libraries follow LINK.

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "library/LibraryFilter.h"
+#include "library/LibraryRefinements.h"
 #include "library/SQLiteConnection.h"
+#include "records/AppPreferences.h"
 #include "records/Bookmark.h"
 #include "records/LibrarySummaries.h"
 #include "records/SyncRun.h"
@@ -67,6 +69,23 @@ public:
 
     [[nodiscard]] LibraryCounts libraryCounts();
 
+    // What of a mailbox passes the refinements, in order.
+    [[nodiscard]] QList<Bookmark> searchAllBookmarks(LibraryFilter filter,
+                                                     const LibraryRefinements& refinements, LibrarySort sort);
+    [[nodiscard]] QList<qint64> matchingBookmarkIDs(LibraryFilter filter,
+                                                    const LibraryRefinements& refinements, LibrarySort sort);
+    [[nodiscard]] qint64 countBookmarks(LibraryFilter filter, const LibraryRefinements& refinements);
+    // One page of it. `limit` is clamped to 1 to 500, `offset` to at least 0.
+    [[nodiscard]] QList<Bookmark> searchBookmarks(LibraryFilter filter, const LibraryRefinements& refinements,
+                                                  qint64 limit, qint64 offset, LibrarySort sort);
+    [[nodiscard]] BookmarkSearchPage searchBookmarksPage(LibraryFilter filter,
+                                                         const LibraryRefinements& refinements, qint64 limit,
+                                                         qint64 offset, LibrarySort sort);
+
+    // The user's settings, or the defaults when none were saved. Settings that cannot be read are an error.
+    [[nodiscard]] AppPreferences preferences();
+    void savePreferences(const AppPreferences& preferences);
+
     // A new run in the state `queued`.
     SyncRun createSyncRun(SyncRun::Kind kind);
 
@@ -104,6 +123,8 @@ private:
     [[nodiscard]] Bookmark decodeOne(const std::optional<SQLiteRow>& row, qint64 id);
     // In that order. Throws SQLiteStoreError::notFound when one of them is not live.
     [[nodiscard]] QList<Bookmark> bookmarks(const QList<qint64>& ids);
+    [[nodiscard]] QList<Bookmark> matchingBookmarks(LibraryFilter filter,
+                                                    const LibraryRefinements& refinements, LibrarySort sort);
     [[nodiscard]] SyncRun syncRun(qint64 id);
     [[nodiscard]] SyncLogEntry syncLogEntry(qint64 id);
 

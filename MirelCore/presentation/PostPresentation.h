@@ -1,0 +1,44 @@
+#pragma once
+
+#include "presentation/QuotedContentPresentation.h"
+#include "records/Bookmark.h"
+
+namespace mirel {
+
+enum class PostPresentationKind { article, thread, repost, quote, externalLink, post };
+
+[[nodiscard]] constexpr auto rawValues(PostPresentationKind)
+{
+    using enum PostPresentationKind;
+    return std::array{
+        RawValue{article, QLatin1StringView("article")},
+        RawValue{thread, QLatin1StringView("thread")},
+        RawValue{repost, QLatin1StringView("repost")},
+        RawValue{quote, QLatin1StringView("quote")},
+        RawValue{externalLink, QLatin1StringView("externalLink")},
+        RawValue{post, QLatin1StringView("post")},
+    };
+}
+
+// What the reader and the cards show of a bookmark: its columns, and its raw JSON read again. A pure function
+// of the bookmark.
+struct PostPresentation
+{
+    PostPresentationKind kind = PostPresentationKind::post;
+    QList<ArticleBlock> articleBlocks;
+    QList<ExternalLinkPreview> externalLinks;
+    QList<EmbeddedPostPreview> embeddedPosts;
+    std::optional<QuotedContentPresentation> quotedContent;
+    std::optional<QString> primaryTitle;
+    QList<MediaItem> primaryMedia;
+
+    // Never fails: a damaged raw JSON only makes it thinner.
+    explicit PostPresentation(const Bookmark& bookmark);
+
+    // What the user calls the kind: "Article", or "Quoted external link" when there is quoted content.
+    [[nodiscard]] QString displayLabel() const;
+
+    friend bool operator==(const PostPresentation&, const PostPresentation&) = default;
+};
+
+} // namespace mirel
