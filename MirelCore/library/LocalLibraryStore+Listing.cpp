@@ -103,10 +103,8 @@ QList<Bookmark> LocalLibraryStore::bookmarks(const QList<qint64>& ids)
     page.reserve(ids.size());
     for (const qint64 id : ids) {
         const auto row = rows.constFind(id);
-        if (row == rows.cend()) {
-            throw SQLiteStoreError(SQLiteStoreError::Case::notFound,
-                                   QStringLiteral("The bookmark no longer exists."));
-        }
+        if (row == rows.cend())
+            throw SQLiteStoreError::bookmarkNotFound();
         const auto folder = folders.constFind(id);
         page.append(decodeBookmark(*row, tags.value(id),
                                    folder == folders.cend() ? std::nullopt : std::optional(*folder)));

@@ -118,9 +118,12 @@ private:
     void migrate();
     [[nodiscard]] QSet<QString> columnsOf(const QByteArray& tableInfoQuery);
 
-    qint64 upsertAuthor(const SyncedAuthor& author);
-    [[nodiscard]] Bookmark storedBookmark(qint64 id, const QByteArray& rawJSON);
-    [[nodiscard]] Bookmark decodeOne(const std::optional<SQLiteRow>& row, qint64 id);
+    qint64 upsertAuthor(SQLiteValues columns);
+    qint64 upsertBookmark(const QString& tweetID, SQLiteValues columns);
+    [[nodiscard]] Bookmark storedBookmark(qint64 id, qint64 authorID, SQLiteValues authorColumns,
+                                          SQLiteValues bookmarkColumns);
+    [[nodiscard]] QList<Tag> tagsOf(qint64 bookmarkID);
+    [[nodiscard]] std::optional<Folder> folderOf(qint64 bookmarkID);
     // In that order. Throws SQLiteStoreError::notFound when one of them is not live.
     [[nodiscard]] QList<Bookmark> bookmarks(const QList<qint64>& ids);
     [[nodiscard]] QList<Bookmark> matchingBookmarks(LibraryFilter filter,

@@ -100,11 +100,11 @@ private:
         return sqlite3_bind_null(m_statement, position);
     }
 
-    // The text up to its first NUL. Not copied: a QByteArray ends in a NUL, and the values outlive the
-    // statement, which most of all an envelope of 90 KB would otherwise be copied for.
+    // Not copied: the values outlive the statement, and an envelope has 90 KB.
     int bindText(int position, const QByteArray& utf8)
     {
-        return sqlite3_bind_text(m_statement, position, utf8.constData(), -1, SQLITE_STATIC);
+        return sqlite3_bind_text64(m_statement, position, utf8.constData(),
+                                   static_cast<sqlite3_uint64>(utf8.size()), SQLITE_STATIC, SQLITE_UTF8);
     }
 
     const SQLiteConnection& m_connection;

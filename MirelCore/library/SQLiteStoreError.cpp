@@ -8,6 +8,11 @@ SQLiteStoreError::SQLiteStoreError(Case errorCase, QString message)
 {
 }
 
+SQLiteStoreError SQLiteStoreError::bookmarkNotFound()
+{
+    return {Case::notFound, QStringLiteral("The bookmark no longer exists.")};
+}
+
 QString SQLiteStoreError::description() const
 {
     switch (m_case) {

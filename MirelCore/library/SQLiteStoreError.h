@@ -23,6 +23,9 @@ public:
 
     SQLiteStoreError(Case errorCase, QString message);
 
+    // There is no live bookmark with the id that was asked for.
+    [[nodiscard]] static SQLiteStoreError bookmarkNotFound();
+
     [[nodiscard]] Case errorCase() const { return m_case; }
     [[nodiscard]] const QString& message() const { return m_message; }
     [[nodiscard]] QString description() const override;

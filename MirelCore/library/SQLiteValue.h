@@ -11,7 +11,7 @@
 
 namespace mirel {
 
-// A value to bind. Texts are UTF-8.
+// A value to bind. Texts are UTF-8 and end before their first NUL.
 class SQLiteValue
 {
 public:
@@ -28,12 +28,15 @@ public:
     {
     }
     SQLiteValue(const QString& value)
-        : m_storage(value.toUtf8())
+        : SQLiteValue(value.toUtf8())
     {
     }
     SQLiteValue(QByteArray utf8)
         : m_storage(std::move(utf8))
     {
+        auto& text = *std::get_if<QByteArray>(&m_storage);
+        if (const qsizetype nul = text.indexOf('\0'); nul >= 0)
+            text.truncate(nul);
     }
     // Seconds since 1970, as every date column holds them.
     SQLiteValue(Instant value)

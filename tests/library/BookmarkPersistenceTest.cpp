@@ -295,6 +295,53 @@ TEST_F(BookmarkPersistence, UpdatingTheCountersLeavesTheSyncTimeAlone)
     EXPECT_EQ(store->bookmark(before.id).syncedAt, before.syncedAt);
 }
 
+TEST_F(BookmarkPersistence, AnUpsertReturnsWhatTheLibraryHolds)
+{
+    const Bookmark first = upsert(makeFullPost());
+    EXPECT_EQ(first, store->bookmark(1));
+
+    SyncedBookmark odd = makeFullPost();
+    odd.text = QStringLiteral("before") + QChar::Null + QStringLiteral("after");
+    odd.author.name = QStringLiteral("half ") + QChar(0xD83D);
+    odd.author.profileImageURL.reset();
+    odd.contentTitle.reset();
+    odd.rawJSON = QByteArrayLiteral("{\"a\":1}\0x");
+    const Bookmark again = upsert(odd);
+    EXPECT_EQ(again, store->bookmark(1));
+    EXPECT_EQ(again.text, QStringLiteral("before"));
+    EXPECT_EQ(again.rawJSON, "{\"a\":1}");
+
+    connection->execute("INSERT INTO tags (id, name, slug, color_hex) VALUES (4, 'Art', 'art', '#fff');"
+                        "INSERT INTO bookmark_tags (bookmark_id, tag_id) VALUES (1, 4);"
+                        "INSERT INTO folders (id, name, slug) VALUES (5, 'Later', 'later');"
+                        "INSERT INTO bookmark_folders (bookmark_id, folder_id) VALUES (1, 5)");
+    store->updateLocalState(1, QStringLiteral("mine"), true, true, true);
+    store->replaceThread(1, {makeThreadPost("a", 1), makeThreadPost("b", 2)});
+    const Bookmark filed = upsert(makeFullPost());
+    EXPECT_EQ(filed, store->bookmark(1));
+    EXPECT_EQ(filed.tags.size(), 1);
+    EXPECT_TRUE(filed.folder);
+    EXPECT_EQ(filed.thread.size(), 2);
+}
+
+TEST_F(BookmarkPersistence, AnAuthorFollowsTheLatestPost)
+{
+    SyncedBookmark post = testing::makePost(1);
+    const qint64 author = upsert(post).author.id;
+    EXPECT_EQ(upsert(post).author.id, author);
+    for (const auto change : {+[](SyncedAuthor& a) { a.name = QStringLiteral("Ada King"); },
+                              +[](SyncedAuthor& a) { a.username = QStringLiteral("countess"); },
+                              +[](SyncedAuthor& a) { a.profileImageURL.reset(); }}) {
+        change(post.author);
+        const Bookmark changed = upsert(post);
+        EXPECT_EQ(changed.author.id, author);
+        EXPECT_EQ(changed.author.name, post.author.name);
+        EXPECT_EQ(changed.author.username, post.author.username);
+        EXPECT_EQ(changed.author.profileImageURL, post.author.profileImageURL);
+        EXPECT_EQ(changed, store->bookmark(changed.id));
+    }
+}
+
 TEST_F(BookmarkPersistence, AFailedUpsertLeavesNothingBehindAndReportsTheFirstError)
 {
     connection->execute(
