@@ -1,12 +1,13 @@
 #include "library/LibraryRefinements.h"
 
-#include "records/Bookmark.h"
+#include "library/LibrarySearch.h"
+#include "library/LibrarySearchContext.h"
 
 namespace mirel {
 
 bool LibraryRefinements::matches(const Bookmark& bookmark) const
 {
-    return !authorID || *authorID == bookmark.author.id;
+    return LibrarySearch(*this).matches(LibrarySearchContext(bookmark));
 }
 
 LibraryRefinements LibraryRefinements::with(std::optional<Instant> newDateFrom) const

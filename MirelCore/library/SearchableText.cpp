@@ -1,0 +1,72 @@
+#include "library/SearchableText.h"
+
+#include "support/Text.h"
+
+namespace mirel {
+
+namespace {
+
+QString joined(const QList<QUrl>& urls)
+{
+    QStringList texts;
+    for (const QUrl& url : urls)
+        texts.append(absoluteString(url));
+    return texts.join(u' ');
+}
+
+QString joinedNames(const QList<Tag>& labels)
+{
+    QStringList names;
+    for (const Tag& label : labels)
+        names.append(label.name);
+    return names.join(u' ');
+}
+
+} // namespace
+
+QString searchKey(const QString& text)
+{
+    return trimmed(text).toLower();
+}
+
+QByteArray searchBytes(const QString& text)
+{
+    return text.toLower().toUtf8();
+}
+
+QList<SearchableField> searchableFields(const Bookmark& bookmark,
+                                        const std::optional<PresentationFacts::Quoted>& quoted)
+{
+    QList<SearchableField> fields;
+    const auto add = [&fields](SearchField field, const std::optional<QString>& text) {
+        if (text)
+            fields.append({field, searchBytes(*text)});
+    };
+    const bool quotedHasTitle = quoted && quoted->title;
+    add(SearchField::text, bookmark.text);
+    add(SearchField::primaryTitle, quotedHasTitle ? quoted->title : bookmark.contentTitle);
+    add(SearchField::contentTitle, bookmark.contentTitle);
+    add(SearchField::contentText, bookmark.contentText);
+    add(SearchField::note, bookmark.note);
+    add(SearchField::sourceURL, absoluteString(bookmark.sourceURL));
+    add(SearchField::authorName, bookmark.author.name);
+    add(SearchField::authorUsername, bookmark.author.username);
+    if (bookmark.quotedPost)
+        add(SearchField::quotedPostText, bookmark.quotedPost->text);
+    if (quoted)
+        add(SearchField::quotedExternalLinks, joined(quoted->externalLinks));
+    add(SearchField::labels, joinedNames(bookmark.tags));
+    if (bookmark.folder)
+        add(SearchField::folder, bookmark.folder->name);
+    return fields;
+}
+
+QByteArray searchableText(const Bookmark& bookmark, const std::optional<PresentationFacts::Quoted>& quoted)
+{
+    QByteArrayList texts;
+    for (const SearchableField& field : searchableFields(bookmark, quoted))
+        texts.append(field.bytes);
+    return texts.join(' ');
+}
+
+} // namespace mirel
