@@ -1,6 +1,7 @@
 #include "PageGenerator.h"
 
 #include <QByteArrayList>
+#include <QDateTime>
 #include <QString>
 
 #include <cmath>
@@ -81,6 +82,15 @@ QByteArray user(int index)
            R"("listed_count":2,"like_count":15936,"media_count":81},"verified_type":"none"})";
 }
 
+// Spread over ten years, in no order.
+QByteArray writtenAt(int index)
+{
+    constexpr quint32 minutesInTenYears = 10 * 365 * 24 * 60;
+    const QDateTime tenYearsAgo(QDate(2016, 1, 1), QTime(0, 0), Qt::UTC);
+    const qint64 seconds = 60LL * (scattered(static_cast<quint32>(index)) % minutesInTenYears);
+    return tenYearsAgo.addSecs(seconds).toString(Qt::ISODateWithMs).toLatin1();
+}
+
 QByteArray media(int index)
 {
     return R"({"media_key":")" + mediaKey(index) +
@@ -94,7 +104,7 @@ QByteArray post(int index, int firstAuthor, const PageShape& shape)
     const QByteArray id = number(index, 19);
     const QByteArray key = mediaKey(index % shape.pictures);
     QByteArray json = R"({"id":")" + id + R"(","edit_history_tweet_ids":[")" + id + R"("],"text":")" +
-                      postText(index) + R"(","created_at":"2026-08-19T17:17:56.000Z","author_id":")" +
+                      postText(index) + R"(","created_at":")" + writtenAt(index) + R"(","author_id":")" +
                       authorID(firstAuthor + index % shape.authors) + R"(","conversation_id":")" + id +
                       R"(","lang":"en","possibly_sensitive":false,"reply_settings":"everyone",)"
                       R"("public_metrics":{"retweet_count":45,"reply_count":4,"like_count":183,)"

@@ -7,24 +7,6 @@
 
 namespace mirel {
 
-namespace {
-
-PresentationFacts factsOf(const Bookmark& bookmark)
-{
-    const PostPresentation presentation(bookmark);
-    PresentationFacts facts{.kind = presentation.kind,
-                            .hasExternalLinks = !presentation.externalLinks.isEmpty()};
-    if (const auto& quoted = presentation.quotedContent) {
-        facts.quoted = PresentationFacts::Quoted{
-            .kind = quoted->kind, .title = quoted->title, .hasMedia = !quoted->media.isEmpty()};
-        for (const ExternalLinkPreview& link : quoted->externalLinks)
-            facts.quoted->externalLinks.append(link.url);
-    }
-    return facts;
-}
-
-} // namespace
-
 LibrarySearchContext::LibrarySearchContext(const Bookmark& bookmark, ReadPresentation readPresentation)
     : m_bookmark(bookmark)
     , m_readPresentation(std::move(readPresentation))
@@ -34,7 +16,7 @@ LibrarySearchContext::LibrarySearchContext(const Bookmark& bookmark, ReadPresent
 const PresentationFacts& LibrarySearchContext::presentation() const
 {
     if (!m_presentation)
-        m_presentation = m_readPresentation ? m_readPresentation(m_bookmark) : factsOf(m_bookmark);
+        m_presentation = m_readPresentation ? m_readPresentation(m_bookmark) : PresentationFacts::of(m_bookmark);
     return *m_presentation;
 }
 

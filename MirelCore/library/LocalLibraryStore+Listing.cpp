@@ -117,19 +117,21 @@ QList<qint64> LocalLibraryStore::allBookmarkIDs(LibraryFilter filter, LibrarySor
     return idsOf(m_database.rows(idQuery(filter, sort)));
 }
 
+qint64 LocalLibraryStore::bookmarkCount(LibraryFilter filter)
+{
+    const auto row = m_database.firstRow(
+        "SELECT COUNT(*) AS count FROM bookmarks b WHERE b.deleted_at IS NULL AND " + clauseOf(filter));
+    return row ? row->integer("count").value_or(0) : 0;
+}
+
 LibraryCounts LocalLibraryStore::libraryCounts()
 {
-    const auto countOf = [this](LibraryFilter filter) {
-        const auto row = m_database.firstRow(
-            "SELECT COUNT(*) AS count FROM bookmarks b WHERE b.deleted_at IS NULL AND " + clauseOf(filter));
-        return row ? row->integer("count").value_or(0) : 0;
-    };
     return {
-        .all = countOf(LibraryFilter::all),
-        .inbox = countOf(LibraryFilter::inbox),
-        .read = countOf(LibraryFilter::read),
-        .favorites = countOf(LibraryFilter::favorites),
-        .archive = countOf(LibraryFilter::archive),
+        .all = bookmarkCount(LibraryFilter::all),
+        .inbox = bookmarkCount(LibraryFilter::inbox),
+        .read = bookmarkCount(LibraryFilter::read),
+        .favorites = bookmarkCount(LibraryFilter::favorites),
+        .archive = bookmarkCount(LibraryFilter::archive),
     };
 }
 

@@ -1,35 +1,34 @@
 #include "library/LocalLibraryStore.h"
 
+#include "library/LibrarySearch.h"
+
 namespace mirel {
 
 namespace {
 
-constexpr qint64 batchSize = 500;
+constexpr qint64 largestPage = 500;
 
 } // namespace
 
-QList<Bookmark> LocalLibraryStore::matchingBookmarks(LibraryFilter filter,
+QList<qint64> LocalLibraryStore::matchingBookmarkIDs(LibraryFilter filter,
                                                      const LibraryRefinements& refinements, LibrarySort sort)
 {
-    QList<Bookmark> matching;
-    qint64 offset = 0;
-    while (true) {
-        const QList<Bookmark> batch = listBookmarks(filter, batchSize, offset, sort);
-        std::copy_if(batch.cbegin(), batch.cend(), std::back_inserter(matching),
-                     [&refinements](const Bookmark& bookmark) { return refinements.matches(bookmark); });
-        if (batch.size() < batchSize)
-            return matching;
-        offset += batch.size();
-    }
+    const LibrarySearch search(refinements);
+    return search.matchesEverything() ? allBookmarkIDs(filter, sort)
+                                      : m_searchIndex.matchingIDs(filter, search, sort);
 }
 
 BookmarkSearchPage LocalLibraryStore::searchBookmarksPage(LibraryFilter filter,
                                                           const LibraryRefinements& refinements, qint64 limit,
                                                           qint64 offset, LibrarySort sort)
 {
-    const QList<Bookmark> matching = matchingBookmarks(filter, refinements, sort);
-    return {.items = matching.mid(std::max<qint64>(offset, 0), std::clamp<qint64>(limit, 1, batchSize)),
-            .totalCount = matching.size()};
+    const LibrarySearch search(refinements);
+    if (search.matchesEverything())
+        return {.items = listBookmarks(filter, limit, offset, sort), .totalCount = bookmarkCount(filter)};
+    const QList<qint64> ids = m_searchIndex.matchingIDs(filter, search, sort);
+    return {.items =
+                bookmarks(ids.mid(std::max<qint64>(offset, 0), std::clamp<qint64>(limit, 1, largestPage))),
+            .totalCount = ids.size()};
 }
 
 QList<Bookmark> LocalLibraryStore::searchBookmarks(LibraryFilter filter,
@@ -42,21 +41,19 @@ QList<Bookmark> LocalLibraryStore::searchBookmarks(LibraryFilter filter,
 QList<Bookmark> LocalLibraryStore::searchAllBookmarks(LibraryFilter filter,
                                                       const LibraryRefinements& refinements, LibrarySort sort)
 {
-    return matchingBookmarks(filter, refinements, sort);
-}
-
-QList<qint64> LocalLibraryStore::matchingBookmarkIDs(LibraryFilter filter,
-                                                     const LibraryRefinements& refinements, LibrarySort sort)
-{
-    QList<qint64> ids;
-    for (const Bookmark& bookmark : matchingBookmarks(filter, refinements, sort))
-        ids.append(bookmark.id);
-    return ids;
+    return bookmarks(matchingBookmarkIDs(filter, refinements, sort));
 }
 
 qint64 LocalLibraryStore::countBookmarks(LibraryFilter filter, const LibraryRefinements& refinements)
 {
-    return matchingBookmarks(filter, refinements, LibrarySort::newest).size();
+    const LibrarySearch search(refinements);
+    return search.matchesEverything() ? bookmarkCount(filter)
+                                      : m_searchIndex.matchingIDs(filter, search, LibrarySort::newest).size();
+}
+
+SearchIndex::Size LocalLibraryStore::searchIndexSize() const
+{
+    return m_searchIndex.size();
 }
 
 } // namespace mirel

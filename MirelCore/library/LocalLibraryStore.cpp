@@ -5,6 +5,7 @@ namespace mirel {
 LocalLibraryStore::LocalLibraryStore(const QString& databasePath, Clock now, const FileManager& fileManager)
     : m_database(databasePath, fileManager)
     , m_now(std::move(now))
+    , m_searchIndex(m_database)
 {
     migrate();
 }
@@ -34,6 +35,7 @@ void LocalLibraryStore::purgeAllLocalData()
         DELETE FROM app_state;
         COMMIT;
     )sql";
+    m_searchIndex.forget();
     try {
         m_database.execute(script);
     } catch (...) {

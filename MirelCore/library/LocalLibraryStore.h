@@ -3,6 +3,7 @@
 #include "library/LibraryFilter.h"
 #include "library/LibraryRefinements.h"
 #include "library/SQLiteConnection.h"
+#include "library/SearchIndex.h"
 #include "records/AppPreferences.h"
 #include "records/Bookmark.h"
 #include "records/LibrarySummaries.h"
@@ -82,6 +83,9 @@ public:
                                                          const LibraryRefinements& refinements, qint64 limit,
                                                          qint64 offset, LibrarySort sort);
 
+    // What searching keeps in memory, nothing before the first search.
+    [[nodiscard]] SearchIndex::Size searchIndexSize() const;
+
     // The user's settings, or the defaults when none were saved. Settings that cannot be read are an error.
     [[nodiscard]] AppPreferences preferences();
     void savePreferences(const AppPreferences& preferences);
@@ -126,13 +130,13 @@ private:
     [[nodiscard]] std::optional<Folder> folderOf(qint64 bookmarkID);
     // In that order. Throws SQLiteStoreError::notFound when one of them is not live.
     [[nodiscard]] QList<Bookmark> bookmarks(const QList<qint64>& ids);
-    [[nodiscard]] QList<Bookmark> matchingBookmarks(LibraryFilter filter,
-                                                    const LibraryRefinements& refinements, LibrarySort sort);
+    [[nodiscard]] qint64 bookmarkCount(LibraryFilter filter);
     [[nodiscard]] SyncRun syncRun(qint64 id);
     [[nodiscard]] SyncLogEntry syncLogEntry(qint64 id);
 
     SQLiteConnection m_database;
     Clock m_now;
+    SearchIndex m_searchIndex;
 };
 
 } // namespace mirel

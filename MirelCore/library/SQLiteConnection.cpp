@@ -70,16 +70,26 @@ public:
         return result == SQLITE_ROW;
     }
 
-    [[nodiscard]] SQLiteRow row() const
+    [[nodiscard]] SQLiteRow row()
     {
+        if (m_names.empty())
+            nameColumns();
         SQLiteRow row;
-        const int count = sqlite3_column_count(m_statement);
-        for (int index = 0; index < count; ++index)
-            row.append(sqlite3_column_name(m_statement, index), readColumn(m_statement, index));
+        int index = 0;
+        for (const QByteArray& name : m_names)
+            row.append(name, readColumn(m_statement, index++));
         return row;
     }
 
 private:
+    // Rows share the names.
+    void nameColumns()
+    {
+        const int count = sqlite3_column_count(m_statement);
+        for (int index = 0; index < count; ++index)
+            m_names.emplace_back(sqlite3_column_name(m_statement, index));
+    }
+
     void bindAll(SQLiteValues values)
     {
         int position = 1;
@@ -109,6 +119,7 @@ private:
 
     const SQLiteConnection& m_connection;
     sqlite3_stmt* m_statement = nullptr;
+    std::vector<QByteArray> m_names;
 };
 
 SQLiteConnection::SQLiteConnection(const QString& path, const FileManager& fileManager)
@@ -174,6 +185,14 @@ std::vector<SQLiteRow> SQLiteConnection::rows(const QByteArray& sql, SQLiteValue
     while (statement.step())
         rows.push_back(statement.row());
     return rows;
+}
+
+void SQLiteConnection::forEachRow(const QByteArray& sql, SQLiteValues values,
+                                  const std::function<void(const SQLiteRow&)>& visit)
+{
+    Statement statement(*this, sql.constData(), values);
+    while (statement.step())
+        visit(statement.row());
 }
 
 qint64 SQLiteConnection::lastInsertedRowID() const

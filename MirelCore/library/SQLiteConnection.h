@@ -6,6 +6,7 @@
 
 #include <QList>
 
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <vector>
@@ -45,6 +46,11 @@ public:
 
     // All rows. Throws SQLiteStoreError.
     [[nodiscard]] std::vector<SQLiteRow> rows(const QByteArray& sql, SQLiteValues values = {});
+
+    // Hands over one row after the other, none of which is kept. Throws SQLiteStoreError, and what `visit`
+    // throws.
+    void forEachRow(const QByteArray& sql, SQLiteValues values,
+                    const std::function<void(const SQLiteRow&)>& visit);
 
     // The rowid of the last inserted row.
     [[nodiscard]] qint64 lastInsertedRowID() const;
