@@ -123,8 +123,6 @@ private:
     [[nodiscard]] Bookmark decodeOne(const std::optional<SQLiteRow>& row, qint64 id);
     // In that order. Throws SQLiteStoreError::notFound when one of them is not live.
     [[nodiscard]] QList<Bookmark> bookmarks(const QList<qint64>& ids);
-    [[nodiscard]] QList<Bookmark> matchingBookmarks(LibraryFilter filter,
-                                                    const LibraryRefinements& refinements, LibrarySort sort);
     [[nodiscard]] SyncRun syncRun(qint64 id);
     [[nodiscard]] SyncLogEntry syncLogEntry(qint64 id);
 
