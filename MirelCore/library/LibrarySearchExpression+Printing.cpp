@@ -1,7 +1,6 @@
 #include "library/LibrarySearchExpression.h"
 
 #include "library/Tokenizer.h"
-#include "support/Text.h"
 
 namespace mirel {
 
@@ -10,11 +9,11 @@ namespace {
 using Node = LibrarySearchExpression::Node;
 using Kind = LibrarySearchExpression::Node::Kind;
 
-// Between parentheses, which are as close as a neighbour comes, `printed` is the one token `text`.
+// Between parentheses and between spaces, the neighbours that a condition has, `printed` is the token `text`.
 bool readsAs(const QString& printed, const QString& text)
 {
-    return Tokenizer::tokens(u'(' + printed + u')') ==
-           QStringList{QStringLiteral("("), text, QStringLiteral(")")};
+    const QString query = u'(' + printed + QStringLiteral(") ") + printed + u' ';
+    return Tokenizer::tokens(query) == QStringList{QStringLiteral("("), text, QStringLiteral(")"), text};
 }
 
 // A token that reads as `text`. Quotes and neighbours would melt into a character that starts with a
@@ -27,7 +26,7 @@ QString printedToken(const QString& text)
     const QString quote = QStringLiteral("\"");
     if (const QString quoted = quote + text + quote; readsAs(quoted, text))
         return quoted;
-    const QList<QStringView> all = characters(text);
+    const QList<QStringView> all = Tokenizer::characters(text);
     for (const qsizetype start : {qsizetype(0), all.first().size()}) {
         for (const qsizetype end : {text.size(), text.size() - all.last().size()}) {
             QString quoted = text;
