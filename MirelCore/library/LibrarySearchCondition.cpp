@@ -2,6 +2,7 @@
 
 #include "library/LibrarySearchSubject.h"
 #include "library/SearchableText.h"
+#include "library/Tokenizer.h"
 #include "support/Text.h"
 
 namespace mirel {
@@ -106,7 +107,7 @@ std::optional<Meaning> meaningOf(const QString& key, const QString& value)
 qsizetype firstColon(const QString& text)
 {
     qsizetype index = 0;
-    for (const QStringView character : characters(text)) {
+    for (const QStringView character : Tokenizer::characters(text)) {
         if (character == u":")
             return index;
         index += character.size();

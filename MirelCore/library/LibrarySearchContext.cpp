@@ -41,8 +41,17 @@ bool LibrarySearchContext::isInFolder(const QString& value) const
 
 bool LibrarySearchContext::isByAuthor(const QString& value) const
 {
-    const Author& author = m_bookmark.author;
-    return searchKey(author.username) == value || searchKey(author.name).contains(value);
+    return isByUsername(value) || isByAuthorNamedLike(value);
+}
+
+bool LibrarySearchContext::isByUsername(const QString& value) const
+{
+    return searchKey(m_bookmark.author.username) == value;
+}
+
+bool LibrarySearchContext::isByAuthorNamedLike(const QString& value) const
+{
+    return searchKey(m_bookmark.author.name).contains(value);
 }
 
 bool LibrarySearchContext::hasAnyLabel() const

@@ -23,6 +23,9 @@ public:
     // read.
     [[nodiscard]] const std::optional<PresentationFacts::Quoted>& quotedContent() const;
 
+    [[nodiscard]] bool isByUsername(const QString& value) const;
+    [[nodiscard]] bool isByAuthorNamedLike(const QString& value) const;
+
     [[nodiscard]] bool hasLabel(const QString& value) const override;
     [[nodiscard]] bool isInFolder(const QString& value) const override;
     [[nodiscard]] bool isByAuthor(const QString& value) const override;

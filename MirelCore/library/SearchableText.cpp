@@ -2,6 +2,8 @@
 
 #include "support/Text.h"
 
+#include <QStringEncoder>
+
 namespace mirel {
 
 namespace {
@@ -31,7 +33,9 @@ QString searchKey(const QString& text)
 
 QByteArray searchBytes(const QString& text)
 {
-    return text.toLower().toUtf8();
+    // QString::toUtf8() would make a question mark of half a surrogate pair, which is a text to search for.
+    QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
+    return encoder.encode(text.toLower());
 }
 
 QList<SearchableField> searchableFields(const Bookmark& bookmark,

@@ -14,6 +14,10 @@ public:
     // Never fails: a quote that is not closed lasts to the end. No token is empty.
     [[nodiscard]] static QStringList tokens(const QString& query);
 
+    // The characters of `text`, views into it. Sequences of emoji fall into their parts, which makes no
+    // difference to a search.
+    [[nodiscard]] static QList<QStringView> characters(QStringView text);
+
 private:
     void take(QStringView character);
     void endToken();

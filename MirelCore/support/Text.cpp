@@ -24,18 +24,6 @@ std::optional<QString> nilIfBlank(const std::optional<QString>& text)
     return nilIfBlank(QStringView(*text));
 }
 
-QList<QStringView> characters(QStringView text)
-{
-    QTextBoundaryFinder boundaries(QTextBoundaryFinder::Grapheme, text);
-    QList<QStringView> all;
-    qsizetype start = 0;
-    for (qsizetype end = boundaries.toNextBoundary(); end != -1; end = boundaries.toNextBoundary()) {
-        all.append(text.sliced(start, end - start));
-        start = end;
-    }
-    return all;
-}
-
 qsizetype characterCount(const QString& text)
 {
     QTextBoundaryFinder boundaries(QTextBoundaryFinder::Grapheme, text);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QList>
 #include <QString>
 
 #include <optional>
@@ -13,9 +12,6 @@ namespace mirel {
 // The trimmed text, or absent when nothing is left of it.
 [[nodiscard]] std::optional<QString> nilIfBlank(QStringView text);
 [[nodiscard]] std::optional<QString> nilIfBlank(const std::optional<QString>& text);
-
-// The characters of `text` as a reader sees them: grapheme clusters. Views into `text`.
-[[nodiscard]] QList<QStringView> characters(QStringView text);
 
 // The number of characters as a reader counts them: grapheme clusters.
 [[nodiscard]] qsizetype characterCount(const QString& text);
