@@ -35,7 +35,7 @@ void run(const QString& path)
         std::printf("list %.1f ms\n", milliseconds([&] { (void)store->listBookmarks(LibraryFilter::all, 50, 0, sort); }));
     }
     std::printf("counts %.1f ms\n", milliseconds([&] { (void)store->libraryCounts(); }));
-    const auto size = store->searchIndexSize();
+    const auto size = store->indexSize();
     std::printf("%lld bytes a bookmark\n", static_cast<long long>(size.bytes / std::max<qint64>(1, size.bookmarks)));
 }
 

@@ -1,32 +1,21 @@
 #include "library/IndexedBookmark.h"
 
-#include <string_view>
+#include "library/IndexLoading.h"
 
 namespace mirel {
 
-namespace {
-
-bool contains(QByteArrayView text, const QByteArray& needle)
-{
-    return std::string_view(text.data(), static_cast<size_t>(text.size()))
-               .find(std::string_view(needle.constData(), static_cast<size_t>(needle.size()))) !=
-           std::string_view::npos;
-}
-
-} // namespace
-
-IndexedBookmark::IndexedBookmark(const SearchEntry& entry, const SearchAuthor& author,
-                                 const SearchFolder* folder, const ReadText& readText)
+IndexedBookmark::IndexedBookmark(const IndexEntry& entry, const IndexedAuthor& author,
+                                 const IndexedFolder* folder, SQLiteConnection& connection)
     : m_entry(entry)
     , m_author(author)
     , m_folder(folder)
-    , m_readText(readText)
+    , m_connection(connection)
 {
 }
 
 bool IndexedBookmark::hasLabel(const QString& value) const
 {
-    return std::any_of(m_entry.labels.cbegin(), m_entry.labels.cend(), [&value](const SearchLabel& label) {
+    return std::any_of(m_entry.labels.cbegin(), m_entry.labels.cend(), [&value](const IndexedLabel& label) {
         return label.names->slug == value || label.names->name == value;
     });
 }
@@ -73,29 +62,35 @@ bool IndexedBookmark::hasPresentedMedia() const
 
 bool IndexedBookmark::hasPresentedLinks() const
 {
-    Q_ASSERT(m_entry.isPresentationKnown);
+    Q_ASSERT(m_entry.depth == IndexDepth::presentations);
     return m_entry.hasPresentedLinks;
 }
 
 LibraryContentType IndexedBookmark::contentType() const
 {
-    Q_ASSERT(m_entry.isPresentationKnown);
+    Q_ASSERT(m_entry.depth == IndexDepth::presentations);
     return m_entry.content.contentType();
 }
 
 bool IndexedBookmark::sourceURLContains(const QByteArray& needle) const
 {
-    return contains(QByteArrayView(text()).sliced(m_entry.addressBegin, m_entry.addressLength), needle);
+    if (m_entry.text.canFind(needle))
+        return m_entry.text.addressContains(needle);
+    return std::any_of(fields().cbegin(), fields().cend(), [&needle](const SearchableField& field) {
+        return field.field == SearchField::sourceURL && field.bytes.contains(needle);
+    });
 }
 
 bool IndexedBookmark::textContains(const QByteArray& needle) const
 {
-    return contains(text(), needle);
+    if (m_entry.text.canFind(needle))
+        return m_entry.text.contains(needle);
+    return joined(fields()).contains(needle);
 }
 
 qint64 IndexedBookmark::authorID() const
 {
-    return m_entry.authorID;
+    return m_entry.authorID.value_or(0);
 }
 
 std::optional<qint64> IndexedBookmark::folderID() const
@@ -106,7 +101,7 @@ std::optional<qint64> IndexedBookmark::folderID() const
 bool IndexedBookmark::hasLabelWithID(qint64 tagID) const
 {
     return std::any_of(m_entry.labels.cbegin(), m_entry.labels.cend(),
-                       [tagID](const SearchLabel& label) { return label.names->id == tagID; });
+                       [tagID](const IndexedLabel& label) { return label.names->id == tagID; });
 }
 
 Instant IndexedBookmark::createdAt() const
@@ -114,13 +109,11 @@ Instant IndexedBookmark::createdAt() const
     return m_entry.createdAt;
 }
 
-const QByteArray& IndexedBookmark::text() const
+const QList<SearchableField>& IndexedBookmark::fields() const
 {
-    if (!m_entry.text.isNull())
-        return m_entry.text;
-    if (m_text.isNull())
-        m_text = m_readText(m_entry.id);
-    return m_text;
+    if (!m_fields)
+        m_fields = loadSearchableFields(m_connection, m_entry.id);
+    return *m_fields;
 }
 
 } // namespace mirel

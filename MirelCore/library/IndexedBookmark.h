@@ -1,24 +1,19 @@
 #pragma once
 
+#include "library/IndexEntry.h"
 #include "library/LibrarySearchSubject.h"
-#include "library/SearchEntry.h"
-
-#include <QHash>
+#include "library/SQLiteConnection.h"
 
 namespace mirel {
-
-class SearchIndex;
 
 // One entry of an index as the subject of a search.
 class IndexedBookmark final : public LibrarySearchSubject
 {
 public:
-    // Reads the searchable text of a bookmark whose entry does not keep it; may throw.
-    using ReadText = std::function<QByteArray(qint64 bookmarkID)>;
-
-    // All outlive this object, `author` and `folder` are those of `entry`. `folder` may be null.
-    IndexedBookmark(const SearchEntry& entry, const SearchAuthor& author, const SearchFolder* folder,
-                    const ReadText& readText);
+    // All outlive this object; `author` and `folder` are those of `entry`, `folder` may be null. A text that
+    // the entry does not keep is read through `connection`, and asking for it may throw then.
+    IndexedBookmark(const IndexEntry& entry, const IndexedAuthor& author, const IndexedFolder* folder,
+                    SQLiteConnection& connection);
 
     [[nodiscard]] bool hasLabel(const QString& value) const override;
     [[nodiscard]] bool isInFolder(const QString& value) const override;
@@ -39,14 +34,14 @@ public:
     [[nodiscard]] Instant createdAt() const override;
 
 private:
-    [[nodiscard]] const QByteArray& text() const;
+    [[nodiscard]] const QList<SearchableField>& fields() const;
 
-    const SearchEntry& m_entry;
-    const SearchAuthor& m_author;
-    const SearchFolder* m_folder;
-    const ReadText& m_readText;
+    const IndexEntry& m_entry;
+    const IndexedAuthor& m_author;
+    const IndexedFolder* m_folder;
+    SQLiteConnection& m_connection;
     // What was read because the entry does not keep it.
-    mutable QByteArray m_text;
+    mutable std::optional<QList<SearchableField>> m_fields;
 };
 
 } // namespace mirel

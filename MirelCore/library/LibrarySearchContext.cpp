@@ -16,7 +16,8 @@ LibrarySearchContext::LibrarySearchContext(const Bookmark& bookmark, ReadPresent
 const PresentationFacts& LibrarySearchContext::presentation() const
 {
     if (!m_presentation)
-        m_presentation = m_readPresentation ? m_readPresentation(m_bookmark) : PresentationFacts::of(m_bookmark);
+        m_presentation =
+            m_readPresentation ? m_readPresentation(m_bookmark) : PresentationFacts::of(m_bookmark);
     return *m_presentation;
 }
 

@@ -65,9 +65,8 @@ QList<qint64> idsOf(const std::vector<SQLiteRow>& rows)
 QList<Bookmark> LocalLibraryStore::listBookmarks(LibraryFilter filter, qint64 limit, qint64 offset,
                                                  LibrarySort sort)
 {
-    const QByteArray query = idQuery(filter, sort) + "\nLIMIT ? OFFSET ?";
-    return bookmarks(idsOf(
-        m_database.rows(query, {std::clamp<qint64>(limit, 1, largestPage), std::max<qint64>(offset, 0)})));
+    return bookmarks(
+        m_index.ids(filter, sort, std::clamp<qint64>(limit, 1, largestPage), std::max<qint64>(offset, 0)));
 }
 
 // A page costs three statements whatever its size. The ids are bound as one JSON array.
@@ -117,22 +116,9 @@ QList<qint64> LocalLibraryStore::allBookmarkIDs(LibraryFilter filter, LibrarySor
     return idsOf(m_database.rows(idQuery(filter, sort)));
 }
 
-qint64 LocalLibraryStore::bookmarkCount(LibraryFilter filter)
-{
-    const auto row = m_database.firstRow(
-        "SELECT COUNT(*) AS count FROM bookmarks b WHERE b.deleted_at IS NULL AND " + clauseOf(filter));
-    return row ? row->integer("count").value_or(0) : 0;
-}
-
 LibraryCounts LocalLibraryStore::libraryCounts()
 {
-    return {
-        .all = bookmarkCount(LibraryFilter::all),
-        .inbox = bookmarkCount(LibraryFilter::inbox),
-        .read = bookmarkCount(LibraryFilter::read),
-        .favorites = bookmarkCount(LibraryFilter::favorites),
-        .archive = bookmarkCount(LibraryFilter::archive),
-    };
+    return m_index.counts();
 }
 
 } // namespace mirel

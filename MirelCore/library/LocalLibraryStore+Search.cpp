@@ -14,8 +14,7 @@ QList<qint64> LocalLibraryStore::matchingBookmarkIDs(LibraryFilter filter,
                                                      const LibraryRefinements& refinements, LibrarySort sort)
 {
     const LibrarySearch search(refinements);
-    return search.matchesEverything() ? allBookmarkIDs(filter, sort)
-                                      : m_searchIndex.matchingIDs(filter, search, sort);
+    return search.matchesEverything() ? m_index.ids(filter, sort) : m_index.matchingIDs(filter, search, sort);
 }
 
 BookmarkSearchPage LocalLibraryStore::searchBookmarksPage(LibraryFilter filter,
@@ -24,8 +23,8 @@ BookmarkSearchPage LocalLibraryStore::searchBookmarksPage(LibraryFilter filter,
 {
     const LibrarySearch search(refinements);
     if (search.matchesEverything())
-        return {.items = listBookmarks(filter, limit, offset, sort), .totalCount = bookmarkCount(filter)};
-    const QList<qint64> ids = m_searchIndex.matchingIDs(filter, search, sort);
+        return {.items = listBookmarks(filter, limit, offset, sort), .totalCount = m_index.count(filter)};
+    const QList<qint64> ids = m_index.matchingIDs(filter, search, sort);
     return {.items =
                 bookmarks(ids.mid(std::max<qint64>(offset, 0), std::clamp<qint64>(limit, 1, largestPage))),
             .totalCount = ids.size()};
@@ -47,13 +46,13 @@ QList<Bookmark> LocalLibraryStore::searchAllBookmarks(LibraryFilter filter,
 qint64 LocalLibraryStore::countBookmarks(LibraryFilter filter, const LibraryRefinements& refinements)
 {
     const LibrarySearch search(refinements);
-    return search.matchesEverything() ? bookmarkCount(filter)
-                                      : m_searchIndex.matchingIDs(filter, search, LibrarySort::newest).size();
+    return search.matchesEverything() ? m_index.count(filter)
+                                      : m_index.matchingIDs(filter, search, LibrarySort::newest).size();
 }
 
-SearchIndex::Size LocalLibraryStore::searchIndexSize() const
+LibraryIndex::Size LocalLibraryStore::indexSize() const
 {
-    return m_searchIndex.size();
+    return m_index.size();
 }
 
 } // namespace mirel

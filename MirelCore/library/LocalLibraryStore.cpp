@@ -5,7 +5,7 @@ namespace mirel {
 LocalLibraryStore::LocalLibraryStore(const QString& databasePath, Clock now, const FileManager& fileManager)
     : m_database(databasePath, fileManager)
     , m_now(std::move(now))
-    , m_searchIndex(m_database)
+    , m_index(m_database)
 {
     migrate();
 }
@@ -35,7 +35,7 @@ void LocalLibraryStore::purgeAllLocalData()
         DELETE FROM app_state;
         COMMIT;
     )sql";
-    m_searchIndex.forget();
+    m_index.forget();
     try {
         m_database.execute(script);
     } catch (...) {

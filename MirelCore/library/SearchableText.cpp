@@ -65,12 +65,17 @@ QList<SearchableField> searchableFields(const Bookmark& bookmark,
     return fields;
 }
 
-QByteArray searchableText(const Bookmark& bookmark, const std::optional<PresentationFacts::Quoted>& quoted)
+QByteArray joined(const QList<SearchableField>& fields)
 {
     QByteArrayList texts;
-    for (const SearchableField& field : searchableFields(bookmark, quoted))
+    for (const SearchableField& field : fields)
         texts.append(field.bytes);
     return texts.join(' ');
+}
+
+QByteArray searchableText(const Bookmark& bookmark, const std::optional<PresentationFacts::Quoted>& quoted)
+{
+    return joined(searchableFields(bookmark, quoted));
 }
 
 } // namespace mirel

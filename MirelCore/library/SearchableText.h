@@ -62,7 +62,10 @@ struct SearchableField
 [[nodiscard]] QList<SearchableField> searchableFields(const Bookmark& bookmark,
                                                       const std::optional<PresentationFacts::Quoted>& quoted);
 
-// Those parts joined with one space.
+// The parts with one space between them.
+[[nodiscard]] QByteArray joined(const QList<SearchableField>& fields);
+
+// All parts that the bookmark has, joined.
 [[nodiscard]] QByteArray searchableText(const Bookmark& bookmark,
                                         const std::optional<PresentationFacts::Quoted>& quoted);
 

@@ -316,6 +316,21 @@ QJsonValue toJSON(const T& value)
     }
 }
 
+// The value of `object` under `key`, or `fallback` when there is none or it is null. Throws JSONCodingError,
+// which names the key.
+template <typename T>
+[[nodiscard]] T valueOr(const QJsonObject& object, const char* key, T fallback)
+{
+    const QJsonValue json = object.value(QLatin1StringView(key));
+    if (json.isUndefined() || json.isNull())
+        return fallback;
+    try {
+        return fromJSON<T>(json);
+    } catch (const JSONCodingError& error) {
+        throw error.within(QString::fromLatin1(key));
+    }
+}
+
 // Any JSON text, also a bare value such as "null". Throws JSONCodingError when it is not JSON.
 [[nodiscard]] QJsonValue parseJSON(const QByteArray& utf8);
 

@@ -2,6 +2,8 @@
 
 #include "support/Text.h"
 
+#include <QRegularExpression>
+
 #include <gtest/gtest.h>
 
 namespace mirel {
@@ -74,6 +76,72 @@ INSTANTIATE_TEST_SUITE_P(
                                    u"\u1112\u1161\u11ab\u1100\u1173\u11af"},
                       CharacterRow{"Chinese", u"漢字仮", 3, u"漢字"}),
     [](const auto& row) { return std::string(row.param.name); });
+
+struct SlugRow
+{
+    const char* name;
+    const char16_t* text;
+    const char16_t* slug;
+};
+
+class SlugTest : public ::testing::TestWithParam<SlugRow>
+{
+};
+
+TEST_P(SlugTest, IsTheFoldedWordsJoined)
+{
+    const QString expected = QString::fromUtf16(GetParam().slug);
+    EXPECT_EQ(slug(QString::fromUtf16(GetParam().text), QLocale::c()), expected);
+    EXPECT_EQ(slug(expected, QLocale::c()), expected) << "a slug is its own slug";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Names, SlugTest,
+    ::testing::Values(
+        SlugRow{"Words", u"Deep & Work", u"deep-work"}, SlugRow{"SeveralBlanks", u"a  b", u"a-b"},
+        SlugRow{"SymbolsAtBothEnds", u"--C++ (17)!", u"c-17"}, SlugRow{"Digits", u"2026 Q3", u"2026-q3"},
+        SlugRow{"Underscore", u"snake_case", u"snake-case"}, SlugRow{"Accent", u"Café", u"cafe"},
+        SlugRow{"CombiningAccent", u"Cafe\u0301", u"cafe"},
+        SlugRow{"SeveralMarksOnALetter", u"Tiếng Việt", u"tieng-viet"},
+        SlugRow{"StrokesAreNoMarks", u"Łódź Ørsted", u"łodz-ørsted"},
+        SlugRow{"SharpS", u"Straße", u"strasse"}, SlugRow{"CapitalSharpS", u"STRAẞE", u"strasse"},
+        SlugRow{"Ligature", u"\ufb01n", u"fin"}, SlugRow{"DottedCapitalI", u"İstanbul", u"istanbul"},
+        SlugRow{"DotlessI", u"Kırmızı", u"kırmızı"}, SlugRow{"Greek", u"ΆΝΟΔΟΣ", u"ανοδοσ"},
+        SlugRow{"FinalSigma", u"άνοδος", u"ανοδοσ"}, SlugRow{"Cyrillic", u"Ёжик Йод", u"ежик-иод"},
+        SlugRow{"Japanese", u"日本語", u"日本語"}, SlugRow{"VoicedKana", u"ガイド ぱぴぷ", u"ガイド-ぱぴぷ"},
+        SlugRow{"JapanesePunctuation", u"東京・大阪", u"東京-大阪"}, SlugRow{"Korean", u"한국어", u"한국어"},
+        SlugRow{"Arabic", u"أخبار اليوم", u"أخبار-اليوم"}, SlugRow{"ArabicVowelMarks", u"مُهِمّ", u"مُهِمّ"},
+        SlugRow{"ArabicDigits", u"١٢٣", u"١٢٣"}, SlugRow{"Hebrew", u"שלום, עולם", u"שלום-עולם"},
+        SlugRow{"HebrewPoints", u"\u05e9\u05b8\u05dc\u05d5\u05b9\u05dd",
+                u"\u05e9\u05b8\u05dc\u05d5\u05b9\u05dd"},
+        SlugRow{"Hindi", u"हिन्दी", u"हिन्दी"}, SlugRow{"Thai", u"ภาษาไทย", u"ภาษาไทย"},
+        SlugRow{"BeyondTheBasicPlane", u"𠮷野家", u"𠮷野家"}, SlugRow{"DeseretHasCase", u"𐐀𐐁", u"𐐨𐐩"},
+        SlugRow{"EmojiBeforeAWord", u"🚀 Launch", u"launch"},
+        SlugRow{"EmojiBetweenWords", u"Fish🐟Chips", u"fish-chips"},
+        SlugRow{"EmojiWithJoiners", u"👩‍💻 Work ❤️", u"work"},
+        SlugRow{"Keycap", u"1️⃣ First", u"1-first"}, SlugRow{"Flag", u"🇩🇪 Trip", u"trip"},
+        SlugRow{"LoneSurrogate", u"a\xd800z", u"a-z"}, SlugRow{"LineEnd", u"a\nb", u"a-b"}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(Slug, FollowsTheLocaleInWhatIsLowerCase)
+{
+    const QLocale turkish(QLocale::Turkish);
+    EXPECT_EQ(slug(QStringLiteral("ISPARTA İzmir"), turkish), u"ısparta-izmir");
+    EXPECT_EQ(slug(QStringLiteral("I\u0307zmir"), turkish), u"izmir");
+    EXPECT_EQ(slug(QStringLiteral("ISPARTA İzmir"), QLocale(QLocale::English)), u"isparta-izmir");
+}
+
+TEST(Slug, OfANameWithoutWordsIsARandomUUID)
+{
+    static const QRegularExpression uuid(
+        QStringLiteral("^[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}$"));
+    for (const char16_t* text :
+         {u"", u"!!!", u"###", u" \n", u"🚀", u"❤️", u"👩‍👩‍👧‍👦", u"🇩🇪", u"\u0301"}) {
+        const QString name = QString::fromUtf16(text);
+        EXPECT_TRUE(uuid.match(slug(name)).hasMatch()) << qPrintable(name);
+        EXPECT_NE(slug(name), slug(name)) << qPrintable(name);
+    }
+}
 
 } // namespace
 } // namespace mirel

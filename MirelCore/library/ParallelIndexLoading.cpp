@@ -1,4 +1,4 @@
-#include "library/ParallelSearchLoading.h"
+#include "library/ParallelIndexLoading.h"
 
 #include <sqlite3.h>
 
@@ -19,15 +19,15 @@ QString fileOf(const SQLiteConnection& connection)
 
 } // namespace
 
-ParallelSearchLoading::ParallelSearchLoading(SQLiteConnection& connection, const QList<qint64>& ids,
-                                             SearchPresentations presentations)
+ParallelIndexLoading::ParallelIndexLoading(SQLiteConnection& connection, const QList<qint64>& ids,
+                                           IndexDepth depth)
     : m_connection(connection)
     , m_ids(ids)
-    , m_presentations(presentations)
+    , m_depth(depth)
 {
 }
 
-void ParallelSearchLoading::run(const std::function<void(SearchBatch)>& add)
+void ParallelIndexLoading::run(const std::function<void(IndexBatch)>& add)
 {
     {
         std::vector<std::jthread> helpers;
@@ -35,7 +35,7 @@ void ParallelSearchLoading::run(const std::function<void(SearchBatch)>& add)
             helpers.emplace_back([this] { help(); });
         try {
             while (const auto ids = nextIDs()) {
-                add(loadSearchBatch(m_connection, *ids, m_presentations));
+                add(loadIndexBatch(m_connection, *ids, m_depth));
                 deliver(add);
             }
         } catch (...) {
@@ -48,14 +48,14 @@ void ParallelSearchLoading::run(const std::function<void(SearchBatch)>& add)
     deliver(add);
 }
 
-int ParallelSearchLoading::helperCount() const
+int ParallelIndexLoading::helperCount() const
 {
     const qsizetype useful = m_ids.size() / (batchSize * batchesPerHelper);
     const qsizetype possible = QThread::idealThreadCount() - 1;
     return static_cast<int>(std::min(useful, possible));
 }
 
-std::optional<QList<qint64>> ParallelSearchLoading::nextIDs()
+std::optional<QList<qint64>> ParallelIndexLoading::nextIDs()
 {
     const qsizetype begin = m_taken.fetch_add(batchSize);
     if (begin >= m_ids.size())
@@ -63,12 +63,12 @@ std::optional<QList<qint64>> ParallelSearchLoading::nextIDs()
     return m_ids.mid(begin, batchSize);
 }
 
-void ParallelSearchLoading::help()
+void ParallelIndexLoading::help()
 {
     try {
         SQLiteConnection connection(fileOf(m_connection));
         while (const auto ids = nextIDs()) {
-            SearchBatch batch = loadSearchBatch(connection, *ids, m_presentations);
+            IndexBatch batch = loadIndexBatch(connection, *ids, m_depth);
             const std::lock_guard lock(m_mutex);
             m_ready.push_back(std::move(batch));
         }
@@ -79,14 +79,14 @@ void ParallelSearchLoading::help()
     }
 }
 
-void ParallelSearchLoading::deliver(const std::function<void(SearchBatch)>& add)
+void ParallelIndexLoading::deliver(const std::function<void(IndexBatch)>& add)
 {
-    std::vector<SearchBatch> ready;
+    std::vector<IndexBatch> ready;
     {
         const std::lock_guard lock(m_mutex);
         ready.swap(m_ready);
     }
-    for (SearchBatch& batch : ready)
+    for (IndexBatch& batch : ready)
         add(std::move(batch));
 }
 

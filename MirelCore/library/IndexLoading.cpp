@@ -1,0 +1,204 @@
+#include "library/IndexLoading.h"
+
+#include "library/LibrarySearchContext.h"
+#include "library/RowDecoding.h"
+#include "library/SearchableText.h"
+#include "support/Error.h"
+
+namespace mirel {
+
+namespace {
+
+// The labels of some bookmarks, in two forms: for the index and for decoding a bookmark.
+struct LoadedLabels
+{
+    QHash<qint64, std::vector<IndexedLabel>> entries;
+    QHash<qint64, QList<Tag>> tags;
+};
+
+LoadedLabels loadLabels(SQLiteConnection& connection, const QByteArray& ids)
+{
+    LoadedLabels labels;
+    QHash<qint64, std::shared_ptr<const IndexedLabel::Names>> names;
+    connection.forEachRow(
+        "SELECT bt.rowid AS link, bt.bookmark_id, t.id, t.name, t.slug, t.color_hex, t.source FROM tags t "
+        "JOIN bookmark_tags bt ON bt.tag_id = t.id "
+        "WHERE bt.bookmark_id IN (SELECT value FROM json_each(?)) ORDER BY t.name COLLATE NOCASE",
+        {ids}, [&](const SQLiteRow& row) {
+            const qint64 bookmarkID = row.integer("bookmark_id").value_or(0);
+            const Tag tag = decodeTag(row);
+            auto& shared = names[tag.id];
+            if (!shared) {
+                shared = std::make_shared<IndexedLabel::Names>(IndexedLabel::Names{
+                    .id = tag.id, .slug = searchKey(tag.slug), .name = searchKey(tag.name)});
+            }
+            labels.entries[bookmarkID].push_back({.link = row.integer("link").value_or(0), .names = shared});
+            labels.tags[bookmarkID].append(tag);
+        });
+    return labels;
+}
+
+QHash<qint64, Folder> loadFolders(SQLiteConnection& connection, const QByteArray& ids)
+{
+    QHash<qint64, Folder> folders;
+    connection.forEachRow(
+        "SELECT bf.bookmark_id, f.id, f.name, f.slug, f.description, f.parent_id, f.source, "
+        "f.x_folder_id FROM folders f JOIN bookmark_folders bf ON bf.folder_id = f.id "
+        "WHERE bf.bookmark_id IN (SELECT value FROM json_each(?))",
+        {ids}, [&folders](const SQLiteRow& row) {
+            folders.insert(row.integer("bookmark_id").value_or(0), decodeFolder(row));
+        });
+    return folders;
+}
+
+IndexEntry outlineOf(const SQLiteRow& row)
+{
+    return {
+        .id = row.integer("id").value_or(0),
+        .authorID = row.integer("author_local_id"),
+        .createdAt = row.instant("post_created_at").value_or(Instant()),
+        .folderID = row.integer("folder_id"),
+        .isRead = row.boolean("is_read"),
+        .isFavorite = row.boolean("is_favorite"),
+        .isArchived = row.boolean("is_archived"),
+    };
+}
+
+void describe(IndexEntry& entry, const Bookmark& bookmark, bool readsPresentation)
+{
+    const LibrarySearchContext context(bookmark);
+    entry.hasNotes = context.hasNotes();
+    entry.hasPresentedMedia = context.hasPresentedMedia();
+    entry.text = IndexedText(searchableFields(bookmark, context.quotedContent()));
+    if (!readsPresentation)
+        return;
+    entry.hasPresentedLinks = context.hasPresentedLinks();
+    entry.content = LibraryContentFacts::of(bookmark, context.presentation());
+}
+
+// Some bookmarks, as far as a search needs them.
+class BookmarkReader
+{
+public:
+    BookmarkReader(SQLiteConnection& connection, const QList<qint64>& ids)
+        : m_connection(connection)
+        , m_ids(encodeJSON(ids))
+        , m_labels(loadLabels(connection, m_ids))
+        , m_folders(loadFolders(connection, m_ids))
+    {
+    }
+
+    // Hands over the row of each, without the raw JSON where `readsAllRawJSON` is false and nothing is
+    // quoted.
+    void forEach(bool readsAllRawJSON, const std::function<void(const SQLiteRow&)>& visit)
+    {
+        m_connection.forEachRow(
+            "SELECT b.id, b.tweet_id, b.text, b.content_title, b.content_text, b.source_url, "
+            "b.post_created_at, b.synced_at, b.media_json, b.quoted_json, b.thread_json, b.note, b.is_read, "
+            "b.is_favorite, b.is_archived, bf.folder_id, "
+            "CASE WHEN ?1 OR b.quoted_json <> 'null' THEN b.raw_json END AS raw_json, "
+            "a.id AS author_local_id, a.x_id AS author_x_id, a.name AS author_name, "
+            "a.username AS author_username FROM bookmarks b JOIN authors a ON a.id = b.author_id "
+            "LEFT JOIN bookmark_folders bf ON bf.bookmark_id = b.id "
+            "WHERE b.id IN (SELECT value FROM json_each(?2)) AND b.deleted_at IS NULL",
+            {readsAllRawJSON, m_ids}, visit);
+    }
+
+    [[nodiscard]] Bookmark decode(const SQLiteRow& row) const
+    {
+        const qint64 id = row.integer("id").value_or(0);
+        return decodeBookmark(row, m_labels.tags.value(id), folderOf(id));
+    }
+    [[nodiscard]] std::vector<IndexedLabel> labelsOf(qint64 bookmarkID) const
+    {
+        return m_labels.entries.value(bookmarkID);
+    }
+    [[nodiscard]] std::optional<Folder> folderOf(qint64 bookmarkID) const
+    {
+        const auto found = m_folders.constFind(bookmarkID);
+        return found == m_folders.cend() ? std::nullopt : std::optional(*found);
+    }
+
+private:
+    SQLiteConnection& m_connection;
+    QByteArray m_ids;
+    LoadedLabels m_labels;
+    QHash<qint64, Folder> m_folders;
+};
+
+void add(IndexBatch& batch, const BookmarkReader& reader, const SQLiteRow& row, IndexDepth depth)
+{
+    IndexEntry& entry = batch.entries.emplace_back(outlineOf(row));
+    entry.depth = depth;
+    try {
+        const Bookmark bookmark = reader.decode(row);
+        entry.labels = reader.labelsOf(entry.id);
+        describe(entry, bookmark, depth == IndexDepth::presentations);
+        const Author& author = bookmark.author;
+        batch.authors.insert(author.id,
+                             {.username = searchKey(author.username), .name = searchKey(author.name)});
+        if (const auto& folder = bookmark.folder)
+            batch.folders.insert(folder->id,
+                                 {.slug = searchKey(folder->slug), .name = searchKey(folder->name)});
+    } catch (const Error&) {
+        entry.failure = std::current_exception();
+    }
+}
+
+} // namespace
+
+std::vector<IndexEntry> loadOutlines(SQLiteConnection& connection)
+{
+    std::vector<IndexEntry> entries;
+    connection.forEachRow(
+        "SELECT b.id, b.post_created_at, b.is_read, b.is_favorite, b.is_archived, bf.folder_id, "
+        "a.id AS author_local_id FROM bookmarks b LEFT JOIN authors a ON a.id = b.author_id "
+        "LEFT JOIN bookmark_folders bf ON bf.bookmark_id = b.id WHERE b.deleted_at IS NULL",
+        {}, [&entries](const SQLiteRow& row) { entries.push_back(outlineOf(row)); });
+    return entries;
+}
+
+std::vector<IndexEntry> loadOutlines(SQLiteConnection& connection, const QList<qint64>& ids)
+{
+    std::vector<IndexEntry> entries;
+    connection.forEachRow(
+        "SELECT b.id, b.post_created_at, b.is_read, b.is_favorite, b.is_archived, bf.folder_id, "
+        "a.id AS author_local_id FROM bookmarks b LEFT JOIN authors a ON a.id = b.author_id "
+        "LEFT JOIN bookmark_folders bf ON bf.bookmark_id = b.id "
+        "WHERE b.id IN (SELECT value FROM json_each(?)) AND b.deleted_at IS NULL",
+        {encodeJSON(ids)}, [&entries](const SQLiteRow& row) { entries.push_back(outlineOf(row)); });
+    return entries;
+}
+
+IndexBatch loadIndexBatch(SQLiteConnection& connection, const QList<qint64>& ids, IndexDepth depth)
+{
+    IndexBatch batch;
+    BookmarkReader reader(connection, ids);
+    reader.forEach(depth == IndexDepth::presentations,
+                   [&](const SQLiteRow& row) { add(batch, reader, row, depth); });
+    return batch;
+}
+
+QList<SearchableField> loadSearchableFields(SQLiteConnection& connection, qint64 bookmarkID)
+{
+    QList<SearchableField> fields;
+    BookmarkReader reader(connection, {bookmarkID});
+    reader.forEach(false, [&](const SQLiteRow& row) {
+        const Bookmark bookmark = reader.decode(row);
+        fields = searchableFields(bookmark, LibrarySearchContext(bookmark).quotedContent());
+    });
+    return fields;
+}
+
+QHash<qint64, qint64> loadAuthorRanks(SQLiteConnection& connection)
+{
+    QHash<qint64, qint64> ranks;
+    connection.forEachRow(
+        "SELECT id, dense_rank() OVER (ORDER BY username COLLATE NOCASE) AS place FROM authors", {},
+        [&ranks](const SQLiteRow& row) {
+            ranks.insert(row.integer("id").value_or(0), row.integer("place").value_or(0));
+        });
+    return ranks;
+}
+
+} // namespace mirel

@@ -1,0 +1,340 @@
+#include "library/LibraryIndex.h"
+
+#include "library/IndexedBookmark.h"
+#include "library/ParallelIndexLoading.h"
+
+#include <numeric>
+
+namespace mirel {
+
+namespace {
+
+// Of the 2 KB that a bookmark may cost on average. Short texts are kept always, long ones as far as this
+// goes; for one that is not kept, the library is asked again.
+constexpr qint64 textBytesPerBookmark = 1700;
+constexpr qsizetype shortText = 900;
+
+IndexDepth depthFor(const LibrarySearch& search)
+{
+    using Test = LibrarySearchCondition::Test;
+    const auto& conditions = search.expression().conditions();
+    const bool needsPresentations =
+        search.refinements().contentType ||
+        std::any_of(conditions.cbegin(), conditions.cend(), [](const LibrarySearchCondition& condition) {
+            return condition.test() == Test::contentType || condition.test() == Test::links;
+        });
+    return needsPresentations ? IndexDepth::presentations : IndexDepth::texts;
+}
+
+} // namespace
+
+bool IndexEntry::isIn(LibraryFilter mailbox) const
+{
+    switch (mailbox) {
+    case LibraryFilter::all:
+        return true;
+    case LibraryFilter::inbox:
+        return !isArchived && !isFavorite && !folderID;
+    case LibraryFilter::read:
+        return isRead;
+    case LibraryFilter::favorites:
+        return isFavorite;
+    case LibraryFilter::archive:
+        return isArchived;
+    }
+    Q_UNREACHABLE();
+}
+
+LibraryIndex::LibraryIndex(SQLiteConnection& connection)
+    : m_connection(connection)
+    , m_changes(connection)
+{
+}
+
+QList<qint64> LibraryIndex::ids(LibraryFilter mailbox, LibrarySort sort)
+{
+    return ids(mailbox, sort, std::numeric_limits<qint64>::max(), 0);
+}
+
+QList<qint64> LibraryIndex::ids(LibraryFilter mailbox, LibrarySort sort, qint64 limit, qint64 offset)
+{
+    bringUpToDate(IndexDepth::outline);
+    QList<qint64> ids;
+    for (const quint32 place : order(sort)) {
+        const IndexEntry& entry = m_entries[place];
+        if (!entry.authorID || !entry.isIn(mailbox) || offset-- > 0)
+            continue;
+        if (ids.size() == limit)
+            break;
+        ids.append(entry.id);
+    }
+    return ids;
+}
+
+qint64 LibraryIndex::count(LibraryFilter mailbox)
+{
+    bringUpToDate(IndexDepth::outline);
+    return std::count_if(m_entries.cbegin(), m_entries.cend(),
+                         [mailbox](const IndexEntry& entry) { return entry.isIn(mailbox); });
+}
+
+LibraryCounts LibraryIndex::counts()
+{
+    return {
+        .all = count(LibraryFilter::all),
+        .inbox = count(LibraryFilter::inbox),
+        .read = count(LibraryFilter::read),
+        .favorites = count(LibraryFilter::favorites),
+        .archive = count(LibraryFilter::archive),
+    };
+}
+
+QList<qint64> LibraryIndex::matchingIDs(LibraryFilter mailbox, const LibrarySearch& search, LibrarySort sort)
+{
+    bringUpToDate(depthFor(search));
+    QList<qint64> ids;
+    for (const quint32 place : order(sort)) {
+        const IndexEntry& entry = m_entries[place];
+        if (!entry.authorID || !entry.isIn(mailbox))
+            continue;
+        if (entry.failure)
+            std::rethrow_exception(entry.failure);
+        if (matches(search, entry))
+            ids.append(entry.id);
+    }
+    return ids;
+}
+
+bool LibraryIndex::matches(const LibrarySearch& search, const IndexEntry& entry)
+{
+    const auto author = m_authors.constFind(*entry.authorID);
+    Q_ASSERT(author != m_authors.cend());
+    const auto folder = entry.folderID ? m_folders.constFind(*entry.folderID) : m_folders.cend();
+    return search.matches(
+        IndexedBookmark(entry, *author, folder == m_folders.cend() ? nullptr : &*folder, m_connection));
+}
+
+void LibraryIndex::forget()
+{
+    m_version.reset();
+    m_depth = IndexDepth::outline;
+    m_entries = {};
+    m_places = {};
+    m_authors = {};
+    m_folders = {};
+    m_labels = {};
+    m_textBytes = 0;
+    m_orders = {};
+}
+
+void LibraryIndex::bringUpToDate(IndexDepth depth)
+{
+    // Read before the bookmarks: what another connection writes meanwhile is noticed by the next call.
+    const qint64 version = m_changes.version();
+    const ChangedRows changed = m_changes.take();
+    const bool isLoaded = m_version == version;
+    m_version.reset();
+    if (!isLoaded)
+        loadOutline();
+    else if (!changed.isEmpty())
+        takeIn(changed);
+    if (depth > m_depth)
+        deepen(depth);
+    m_version = version;
+}
+
+void LibraryIndex::loadOutline()
+{
+    forget();
+    m_entries = loadOutlines(m_connection);
+    m_places.reserve(static_cast<qsizetype>(m_entries.size()));
+    quint32 place = 0;
+    for (const IndexEntry& entry : m_entries)
+        m_places.insert(entry.id, place++);
+}
+
+void LibraryIndex::deepen(IndexDepth depth)
+{
+    m_depth = depth;
+    load(m_places.keys());
+    dropLongestTexts();
+}
+
+void LibraryIndex::takeIn(const ChangedRows& rows)
+{
+    QSet<qint64> affected = affectedBookmarks(rows);
+    const QList<qint64> ids = affected.values();
+    for (IndexEntry& entry : loadOutlines(m_connection, ids)) {
+        affected.remove(entry.id);
+        put(std::move(entry));
+    }
+    for (const qint64 id : affected)
+        remove(id);
+    if (m_depth > IndexDepth::outline)
+        load(ids);
+    if (!rows.authors.isEmpty())
+        m_orders[static_cast<size_t>(LibrarySort::author)] = {};
+}
+
+QSet<qint64> LibraryIndex::affectedBookmarks(const ChangedRows& rows)
+{
+    QSet<qint64> affected = rows.bookmarks + rows.bookmarkFolders;
+    if (m_depth == IndexDepth::outline)
+        return affected;
+    for (const IndexEntry& entry : m_entries) {
+        const bool isAffected =
+            (entry.authorID && rows.authors.contains(*entry.authorID)) ||
+            (entry.folderID && rows.folders.contains(*entry.folderID)) ||
+            std::any_of(entry.labels.cbegin(), entry.labels.cend(), [&rows](const IndexedLabel& label) {
+                return rows.tags.contains(label.names->id) || rows.bookmarkTags.contains(label.link);
+            });
+        if (isAffected)
+            affected.insert(entry.id);
+    }
+    // A link that is new, or that took the rowid of one that was removed.
+    m_connection.forEachRow(
+        "SELECT bookmark_id FROM bookmark_tags WHERE rowid IN (SELECT value FROM json_each(?))",
+        {encodeJSON(rows.bookmarkTags.values())},
+        [&affected](const SQLiteRow& row) { affected.insert(row.integer("bookmark_id").value_or(0)); });
+    return affected;
+}
+
+void LibraryIndex::load(const QList<qint64>& ids)
+{
+    ParallelIndexLoading(m_connection, ids, m_depth).run([this](IndexBatch batch) { add(std::move(batch)); });
+}
+
+void LibraryIndex::add(IndexBatch batch)
+{
+    m_authors.insert(batch.authors);
+    m_folders.insert(batch.folders);
+    for (IndexEntry& entry : batch.entries) {
+        shareLabels(entry);
+        limitText(entry);
+        put(std::move(entry));
+    }
+}
+
+void LibraryIndex::shareLabels(IndexEntry& entry)
+{
+    for (IndexedLabel& label : entry.labels) {
+        auto& known = m_labels[label.names->id];
+        if (known && *known == *label.names)
+            label.names = known;
+        else
+            known = label.names;
+    }
+}
+
+void LibraryIndex::put(IndexEntry entry)
+{
+    const auto known = m_places.constFind(entry.id);
+    m_textBytes += entry.text.size();
+    if (known == m_places.cend()) {
+        m_orders = {};
+        m_places.insert(entry.id, static_cast<quint32>(m_entries.size()));
+        m_entries.push_back(std::move(entry));
+        return;
+    }
+    IndexEntry& place = m_entries[*known];
+    if (place.createdAt != entry.createdAt || place.authorID != entry.authorID)
+        m_orders = {};
+    m_textBytes -= place.text.size();
+    place = std::move(entry);
+}
+
+void LibraryIndex::remove(qint64 id)
+{
+    const auto found = m_places.constFind(id);
+    if (found == m_places.cend())
+        return;
+    const quint32 place = *found;
+    m_places.erase(found);
+    m_orders = {};
+    m_textBytes -= m_entries[place].text.size();
+    if (place + 1 < m_entries.size()) {
+        m_entries[place] = std::move(m_entries.back());
+        m_places[m_entries[place].id] = place;
+    }
+    m_entries.pop_back();
+}
+
+qint64 LibraryIndex::textBudget() const
+{
+    return static_cast<qint64>(m_entries.size()) * textBytesPerBookmark;
+}
+
+void LibraryIndex::limitText(IndexEntry& entry)
+{
+    if (entry.text.size() > shortText && m_textBytes + entry.text.size() > textBudget())
+        entry.text = {};
+}
+
+// The short texts that came after long ones may have gone beyond the budget.
+void LibraryIndex::dropLongestTexts()
+{
+    if (m_textBytes <= textBudget())
+        return;
+    std::vector<IndexEntry*> longest;
+    for (IndexEntry& entry : m_entries) {
+        if (entry.text.size() > shortText)
+            longest.push_back(&entry);
+    }
+    std::sort(longest.begin(), longest.end(),
+              [](const auto* a, const auto* b) { return a->text.size() > b->text.size(); });
+    for (IndexEntry* const entry : longest) {
+        if (m_textBytes <= textBudget())
+            return;
+        m_textBytes -= entry->text.size();
+        entry->text = {};
+    }
+}
+
+const std::vector<quint32>& LibraryIndex::order(LibrarySort sort)
+{
+    std::vector<quint32>& places = m_orders[static_cast<size_t>(sort)];
+    if (places.size() == m_entries.size())
+        return places;
+    places.resize(m_entries.size());
+    std::iota(places.begin(), places.end(), 0U);
+    const auto isNewer = [this](quint32 a, quint32 b) {
+        const IndexEntry& left = m_entries[a];
+        const IndexEntry& right = m_entries[b];
+        return std::tie(left.createdAt, left.id) > std::tie(right.createdAt, right.id);
+    };
+    switch (sort) {
+    case LibrarySort::newest:
+        std::sort(places.begin(), places.end(), isNewer);
+        break;
+    case LibrarySort::oldest:
+        std::sort(places.begin(), places.end(), [&isNewer](quint32 a, quint32 b) { return isNewer(b, a); });
+        break;
+    case LibrarySort::author: {
+        const QHash<qint64, qint64> ranks = loadAuthorRanks(m_connection);
+        std::sort(places.begin(), places.end(), [&](quint32 a, quint32 b) {
+            const qint64 left = ranks.value(m_entries[a].authorID.value_or(0));
+            const qint64 right = ranks.value(m_entries[b].authorID.value_or(0));
+            return left == right ? isNewer(a, b) : left < right;
+        });
+        break;
+    }
+    }
+    return places;
+}
+
+LibraryIndex::Size LibraryIndex::size() const
+{
+    Size size{.bookmarks = static_cast<qint64>(m_entries.size()),
+              .bytes = static_cast<qint64>(m_entries.capacity() * sizeof(IndexEntry)) + m_textBytes};
+    for (const IndexEntry& entry : m_entries)
+        size.bytes += static_cast<qint64>(entry.labels.capacity() * sizeof(IndexedLabel));
+    for (const auto& places : m_orders)
+        size.bytes += static_cast<qint64>(places.capacity() * sizeof(quint32));
+    size.bytes += m_places.capacity() * static_cast<qint64>(sizeof(qint64) + sizeof(quint32));
+    size.bytes += m_authors.capacity() * static_cast<qint64>(sizeof(qint64) + sizeof(IndexedAuthor));
+    for (const IndexedAuthor& author : m_authors)
+        size.bytes += 2 * (author.username.capacity() + author.name.capacity());
+    return size;
+}
+
+} // namespace mirel
