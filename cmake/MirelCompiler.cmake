@@ -21,7 +21,7 @@ target_compile_options(mirel_warnings INTERFACE
     # A designated initialiser leaves out fields on purpose.
     -Wno-missing-field-initializers
     # GCC 12 optimising takes the inside of an empty std::optional for an uninitialised value.
-    -Wno-maybe-uninitialized
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>
 )
 
 if(MIREL_SANITIZE)
