@@ -211,14 +211,17 @@ private:
 
 } // namespace
 
-RawJSON RawJSON::parse(QByteArrayView utf8)
+RawJSON RawJSON::parse(const QByteArray& utf8)
 {
-    if (utf8.size() > std::numeric_limits<quint32>::max() - qsizetype{SIMDJSON_PADDING})
+    static_assert(padding >= SIMDJSON_PADDING);
+    if (utf8.size() > std::numeric_limits<quint32>::max() - padding)
         throw RawJSONError(QStringLiteral("The JSON text is too long."));
     const auto tree = std::make_shared<RawJSONTree>();
-    tree->text.reserve(utf8.size() + qsizetype{SIMDJSON_PADDING});
-    tree->text.append(utf8);
-    tree->text.append(qsizetype{SIMDJSON_PADDING}, ' ');
+    tree->text = utf8;
+    // The text is only read from here on, so room that is there already needs no copy. The capacity would
+    // also count room before the text.
+    if (tree->text.data_ptr().freeSpaceAtEnd() < padding)
+        tree->text.reserve(utf8.size() + padding);
     try {
         ondemand::parser parser;
         RawJSONBuilder(*tree, static_cast<size_t>(utf8.size())).build(parser);

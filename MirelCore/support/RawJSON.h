@@ -14,9 +14,13 @@ public:
     // How deep arrays and objects may be nested.
     static constexpr int maximumDepth = 256;
 
+    // How many bytes the parser reads past the end of a text.
+    static constexpr qsizetype padding = 64;
+
     // Any JSON text, also a bare value such as "null". Throws RawJSONError when `utf8` is not JSON, is not
-    // UTF-8, or is nested too deeply. Half a surrogate pair in an escape is no error.
-    [[nodiscard]] static RawJSON parse(QByteArrayView utf8);
+    // UTF-8, or is nested too deeply. Half a surrogate pair in an escape is no error. Shares `utf8` when that
+    // was given room for `padding` more bytes by reserve(), else copies it.
+    [[nodiscard]] static RawJSON parse(const QByteArray& utf8);
 
     // The value of the text. Valid as long as a copy of this RawJSON lives.
     [[nodiscard]] RawJSONValue root() const { return {m_tree.get(), 0}; }

@@ -88,7 +88,7 @@ T fromRawJSON(const RawJSONValue& value)
 
 // The record that a JSON text holds. Throws RawJSONError.
 template <typename T>
-[[nodiscard]] T decodeRawJSON(QByteArrayView utf8)
+[[nodiscard]] T decodeRawJSON(const QByteArray& utf8)
 {
     return fromRawJSON<T>(RawJSON::parse(utf8).root());
 }

@@ -28,7 +28,7 @@ struct RawJSONNode
 // A JSON text and its values in the order of the text: the children of a node follow it.
 struct RawJSONTree
 {
-    // Longer than the JSON by the padding that the parser reads past its end.
+    // Has room for the padding that the parser reads past its end.
     QByteArray text;
     std::vector<RawJSONNode> nodes;
 };

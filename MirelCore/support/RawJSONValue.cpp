@@ -152,27 +152,51 @@ std::optional<QString> RawJSONValue::stringIfAny() const
     return string();
 }
 
-qint64 RawJSONValue::integer() const
+// The number when it is written without a fraction and an exponent, and fits.
+std::optional<qint64> RawJSONValue::plainInteger() const
 {
-    const auto wrongType = [] {
-        return RawJSONError(QStringLiteral("The JSON value is not a whole number of 64 bits."));
-    };
     if (kind() != Kind::number)
-        throw wrongType();
+        return std::nullopt;
     const QByteArrayView token = slice(node().begin, node().length);
     qint64 number = 0;
     const char* const end = token.data() + token.size();
-    if (const auto [stop, error] = std::from_chars(token.data(), end, number);
-        error == std::errc() && stop == end)
-        return number;
-    constexpr double exactWholeNumbers = 9007199254740992;
+    const auto [stop, error] = std::from_chars(token.data(), end, number);
+    return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
+}
+
+// The number when it is written with a fraction or an exponent, and fits.
+std::optional<double> RawJSONValue::realNumber() const
+{
+    if (kind() != Kind::number)
+        return std::nullopt;
+    const QByteArrayView token = slice(node().begin, node().length);
+    const bool isReal =
+        std::any_of(token.begin(), token.end(), [](char c) { return c == '.' || c == 'e' || c == 'E'; });
     bool isInRange = false;
-    const double real = token.toByteArray().toDouble(&isInRange);
-    const bool isInteger =
-        std::none_of(token.begin(), token.end(), [](char c) { return c == '.' || c == 'e' || c == 'E'; });
-    if (isInteger || !isInRange || real != std::trunc(real) || std::abs(real) > exactWholeNumbers)
-        throw wrongType();
-    return static_cast<qint64>(real);
+    const double number = isReal ? token.toByteArray().toDouble(&isInRange) : 0;
+    return isInRange ? std::optional(number) : std::nullopt;
+}
+
+qint64 RawJSONValue::integer() const
+{
+    if (const auto number = plainInteger())
+        return *number;
+    constexpr double exactWholeNumbers = 9007199254740992;
+    const auto real = realNumber();
+    if (!real || *real != std::trunc(*real) || std::abs(*real) > exactWholeNumbers)
+        throw RawJSONError(QStringLiteral("The JSON value is not a whole number of 64 bits."));
+    return static_cast<qint64>(*real);
+}
+
+std::optional<qint64> RawJSONValue::integerPart() const
+{
+    if (const auto number = plainInteger())
+        return number;
+    constexpr double beyond = 9223372036854775808.0;
+    const auto real = realNumber();
+    if (!real || *real < -beyond || *real >= beyond)
+        return std::nullopt;
+    return static_cast<qint64>(*real);
 }
 
 std::optional<RawJSONValue> RawJSONValue::member(QByteArrayView key) const
@@ -185,6 +209,22 @@ std::optional<RawJSONValue> RawJSONValue::member(QByteArrayView key) const
             last = value;
     }
     return last;
+}
+
+std::optional<RawJSONValue> RawJSONValue::firstMember(QByteArrayView key) const
+{
+    if (!isObject())
+        return std::nullopt;
+    for (const RawJSONValue value : children()) {
+        if (value.hasKey(key))
+            return value;
+    }
+    return std::nullopt;
+}
+
+QString RawJSONValue::key() const
+{
+    return decodeString(rawKey(), node().isKeyEscaped);
 }
 
 RawJSONValue::Children RawJSONValue::children() const

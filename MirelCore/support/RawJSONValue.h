@@ -13,8 +13,8 @@ namespace mirel {
 // One value inside a RawJSON: a view, valid as long as a copy of that RawJSON lives. To be read on any
 // thread.
 //
-// A key that an object repeats: member() answers with its last value, as Qt's reader does; children() and
-// the canonical text hold every one.
+// A key that an object repeats: member() answers with its last value, as Qt's reader does, firstMember() with
+// its first; children() and the canonical text hold every one.
 class RawJSONValue
 {
 public:
@@ -38,8 +38,15 @@ public:
     // has a fraction or does not fit.
     [[nodiscard]] qint64 integer() const;
 
+    // The number without its fraction. Absent when this is no number or does not fit into 64 bits.
+    [[nodiscard]] std::optional<qint64> integerPart() const;
+
     // The value under `key`, given in UTF-8. Absent also when this is no object.
     [[nodiscard]] std::optional<RawJSONValue> member(QByteArrayView key) const;
+    [[nodiscard]] std::optional<RawJSONValue> firstMember(QByteArrayView key) const;
+
+    // The key under which an object holds this value; of any other value empty.
+    [[nodiscard]] QString key() const;
 
     // The elements of an array or the values of an object, in the order of the text; of anything else none.
     [[nodiscard]] Children children() const;
@@ -68,6 +75,8 @@ private:
     [[nodiscard]] QByteArrayView rawString() const;
     [[nodiscard]] QByteArrayView rawKey() const;
     [[nodiscard]] bool hasKey(QByteArrayView key) const;
+    [[nodiscard]] std::optional<qint64> plainInteger() const;
+    [[nodiscard]] std::optional<double> realNumber() const;
     char* writeObject(char* output) const;
 
     const detail::RawJSONTree* m_tree;
@@ -107,6 +116,7 @@ public:
 
     [[nodiscard]] Iterator begin() const { return m_begin; }
     [[nodiscard]] Iterator end() const { return m_end; }
+    [[nodiscard]] bool isEmpty() const { return m_begin == m_end; }
 
 private:
     Iterator m_begin;

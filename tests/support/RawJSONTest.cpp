@@ -121,11 +121,23 @@ TEST(RawJSON, OrdersObjectsOfManyKeys)
     EXPECT_EQ(canonical(json), '{' + members.join(',') + '}');
 }
 
-TEST(RawJSON, KeepsEveryValueOfARepeatedKeyAndReadsTheLast)
+TEST(RawJSON, KeepsEveryValueOfARepeatedKeyAndReadsTheLastOrTheFirst)
 {
-    const RawJSON json = RawJSON::parse(R"({"k":1,"a":0,"\u006B":2,"k":3})");
-    EXPECT_EQ(json.root().canonical(), R"({"a":0,"k":1,"\u006B":2,"k":3})");
+    const RawJSON json = RawJSON::parse(R"({"a":0,"\u006B":1,"k":2,"k":3})");
+    EXPECT_EQ(json.root().canonical(), R"({"a":0,"\u006B":1,"k":2,"k":3})");
     EXPECT_EQ(json.root().member("k")->integer(), 3);
+    EXPECT_EQ(json.root().firstMember("k")->integer(), 1);
+}
+
+TEST(RawJSON, TellsTheKeyOfAMember)
+{
+    const RawJSON json = RawJSON::parse(R"({"a":[0],"\u00e9\uD83D\uDC3B":1,"":2})");
+    QStringList keys;
+    for (const RawJSONValue value : json.root().children())
+        keys.append(value.key());
+    EXPECT_EQ(keys, QStringList({QStringLiteral("a"), QStringLiteral("é\U0001F43B"), QString()}));
+    EXPECT_TRUE(json.root().key().isEmpty());
+    EXPECT_TRUE((*json.root().firstMember("a")->children().begin()).key().isEmpty());
 }
 
 TEST(RawJSON, ReadsEscapesOnRequest)
@@ -159,6 +171,20 @@ TEST(RawJSON, ReadsWholeNumbersOf64Bits)
         EXPECT_THROW(static_cast<void>(integer(json)), RawJSONError) << json;
 }
 
+TEST(RawJSON, ReadsTheIntegerPartOfNumbers)
+{
+    const auto part = [](const char* json) { return RawJSON::parse(json).root().integerPart(); };
+    EXPECT_EQ(part("9007199254740993"), 9007199254740993);
+    EXPECT_EQ(part("-9223372036854775808"), std::numeric_limits<qint64>::min());
+    EXPECT_EQ(part("-9.223372036854775808e18"), std::numeric_limits<qint64>::min());
+    EXPECT_EQ(part("1.9"), 1);
+    EXPECT_EQ(part("-1.9"), -1);
+    EXPECT_EQ(part("2.5e3"), 2500);
+    for (const char* const json :
+         {"9223372036854775808", "9.223372036854775808e18", "1e400", "\"1\"", "true", "null", "[1]"})
+        EXPECT_FALSE(part(json)) << json;
+}
+
 TEST(RawJSON, NestsToItsLimitAndNoDeeper)
 {
     const auto nested = [](int depth) { return QByteArray(depth, '[') + QByteArray(depth, ']'); };
@@ -173,8 +199,46 @@ TEST(RawJSON, LooksUpNothingInWhatIsNoObject)
 {
     const RawJSON json = RawJSON::parse(R"(["a"])");
     EXPECT_FALSE(json.root().member("a"));
+    EXPECT_FALSE(json.root().firstMember("a"));
     EXPECT_FALSE(json.root().stringIfAny());
     EXPECT_THROW(static_cast<void>(json.root().string()), RawJSONError);
+}
+
+TEST(RawJSON, ReadsTheSameFromATextWithRoomAtItsEndAndLeavesThatAlone)
+{
+    QByteArray roomy = R"({"a":[1,"b"]})";
+    const QByteArray copy = roomy;
+    roomy.reserve(roomy.size() + RawJSON::padding);
+    const RawJSON json = RawJSON::parse(roomy);
+    EXPECT_EQ(json.root().canonical(), copy);
+    EXPECT_EQ(roomy, copy);
+    roomy.fill('x');
+    EXPECT_EQ(json.root().canonical(), copy);
+}
+
+TEST(RawJSON, ReadsATextWithRoomAtItsBeginningAlone)
+{
+    QByteArray text = QByteArray(1000, ' ') + R"(["a",1])";
+    text.remove(0, 1000);
+    ASSERT_GE(text.capacity(), 1000);
+    EXPECT_EQ(RawJSON::parse(text).root().canonical(), R"(["a",1])");
+}
+
+TEST(RawJSON, ReadsATextThatBelongsToAnother)
+{
+    constexpr std::string_view memory = R"(["a"]])";
+    const auto text = QByteArray::fromRawData(memory.data(), 5);
+    EXPECT_EQ(RawJSON::parse(text).root().canonical(), R"(["a"])");
+    EXPECT_EQ(RawJSON::parse(QByteArray::fromRawData("12345", 2)).root().integer(), 12);
+}
+
+TEST(RawJSON, KnowsAValueThatHoldsNothing)
+{
+    const RawJSON json = RawJSON::parse(R"([{},[],"a",{"a":null},[0]])");
+    QList<bool> areEmpty;
+    for (const RawJSONValue value : json.root().children())
+        areEmpty.append(value.children().isEmpty());
+    EXPECT_EQ(areEmpty, QList<bool>({true, true, true, false, false}));
 }
 
 TEST(RawJSON, SharesItsTextAmongCopies)

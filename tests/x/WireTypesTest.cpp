@@ -13,14 +13,14 @@ namespace {
 struct RequiredKey
 {
     const char* name;
-    void (*decode)(QByteArrayView);
+    void (*decode)(const QByteArray&);
     QByteArray whole;
     QByteArray member;
     friend void PrintTo(const RequiredKey& row, std::ostream* stream) { *stream << row.name; }
 };
 
 template <typename Type>
-void decodeOnly(QByteArrayView json)
+void decodeOnly(const QByteArray& json)
 {
     static_cast<void>(decodeRawJSON<Type>(json));
 }
