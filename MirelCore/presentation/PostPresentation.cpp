@@ -1,16 +1,62 @@
 #include "presentation/PostPresentation.h"
 
+#include "presentation/RawPostPresentationParser.h"
+
 namespace mirel {
 
-PostPresentation::PostPresentation(const Bookmark& bookmark)
-    : primaryTitle(bookmark.contentTitle)
-    , primaryMedia(bookmark.media)
+QString label(PostPresentationKind kind)
 {
+    switch (kind) {
+    case PostPresentationKind::article:
+        return QStringLiteral("Article");
+    case PostPresentationKind::thread:
+        return QStringLiteral("Thread");
+    case PostPresentationKind::repost:
+        return QStringLiteral("Repost");
+    case PostPresentationKind::quote:
+        return QStringLiteral("Quote");
+    case PostPresentationKind::externalLink:
+        return QStringLiteral("External link");
+    case PostPresentationKind::post:
+        return QStringLiteral("Post");
+    }
+    Q_UNREACHABLE();
+}
+
+PostPresentation::PostPresentation(const Bookmark& bookmark)
+{
+    const RawPostPresentationParser parser(bookmark);
+    articleBlocks = parser.articleBlocks(parser.tweet(), bookmark.contentText.value_or(bookmark.text));
+    externalLinks = parser.externalLinks(parser.tweet());
+    embeddedPosts = parser.postPreviews();
+    quotedContent = parser.quotedContent(embeddedPosts);
+    primaryTitle = quotedContent && quotedContent->title ? quotedContent->title : bookmark.contentTitle;
+    primaryMedia = quotedContent && !quotedContent->media.isEmpty() ? quotedContent->media : bookmark.media;
+    kind = parser.kind(!externalLinks.isEmpty());
 }
 
 QString PostPresentation::displayLabel() const
 {
-    return QStringLiteral("Post");
+    if (quotedContent)
+        return QStringLiteral("Quoted ") + label(quotedContent->kind).toLower();
+    return label(kind);
+}
+
+QJsonObject PostPresentation::toJSON() const
+{
+    QJsonObject json{
+        {QStringLiteral("kind"), rawValue(kind)},
+        {QStringLiteral("displayLabel"), displayLabel()},
+        {QStringLiteral("articleBlocks"), mirel::toJSON(articleBlocks)},
+        {QStringLiteral("externalLinks"), mirel::toJSON(externalLinks)},
+        {QStringLiteral("embeddedPosts"), mirel::toJSON(embeddedPosts)},
+        {QStringLiteral("primaryMedia"), mirel::toJSON(primaryMedia)},
+    };
+    if (quotedContent)
+        json.insert(QStringLiteral("quotedContent"), mirel::toJSON(*quotedContent));
+    if (primaryTitle)
+        json.insert(QStringLiteral("primaryTitle"), *primaryTitle);
+    return json;
 }
 
 } // namespace mirel

@@ -20,6 +20,9 @@ enum class PostPresentationKind { article, thread, repost, quote, externalLink, 
     };
 }
 
+// The name that the user sees.
+[[nodiscard]] QString label(PostPresentationKind kind);
+
 // What the reader and the cards show of a bookmark: its columns, and its raw JSON read again. A pure function
 // of the bookmark.
 struct PostPresentation
@@ -37,6 +40,9 @@ struct PostPresentation
 
     // What the user calls the kind: "Article", or "Quoted external link" when there is quoted content.
     [[nodiscard]] QString displayLabel() const;
+
+    // Every field under its name, and the display label. An absent optional is left out.
+    [[nodiscard]] QJsonObject toJSON() const;
 
     friend bool operator==(const PostPresentation&, const PostPresentation&) = default;
 };

@@ -47,4 +47,7 @@ struct QuotedContentPresentation
     };
 }
 
+// The name that the user sees.
+[[nodiscard]] QString label(QuotedContentPresentation::Kind kind);
+
 } // namespace mirel

@@ -6,6 +6,9 @@
 namespace mirel::webHosts {
 
 inline const QString x = QStringLiteral("x.com");
+// Where X was found before; old posts still link there.
+inline const QString formerX = QStringLiteral("twitter.com");
+inline const QString xLinkShortener = QStringLiteral("t.co");
 inline const QString youtubeShort = QStringLiteral("youtu.be");
 inline const QString youtubeMain = QStringLiteral("youtube.com");
 inline const QString youtubeImage = QStringLiteral("i.ytimg.com");
