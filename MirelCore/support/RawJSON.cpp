@@ -218,8 +218,9 @@ RawJSON RawJSON::parse(const QByteArray& utf8)
         throw RawJSONError(QStringLiteral("The JSON text is too long."));
     const auto tree = std::make_shared<RawJSONTree>();
     tree->text = utf8;
-    // The text is only read from here on, so room that is there already needs no copy.
-    if (std::as_const(tree->text).capacity() - utf8.size() < padding)
+    // The text is only read from here on, so room that is there already needs no copy. The capacity would
+    // also count room before the text.
+    if (tree->text.data_ptr().freeSpaceAtEnd() < padding)
         tree->text.reserve(utf8.size() + padding);
     try {
         ondemand::parser parser;

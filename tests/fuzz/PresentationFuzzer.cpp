@@ -1,4 +1,5 @@
 #include "presentation/PresentationFacts.h"
+#include "support/RawJSON.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -83,8 +84,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // The bytes once more, as the plain text of an article without any.
     bookmark.text = QString::fromUtf8(bookmark.rawJSON);
     check(bookmark);
-    // The id of the quoted posts in the seeds.
+    // Now in a text that is read where it stands.
+    bookmark.rawJSON.reserve(bookmark.rawJSON.size() + RawJSON::padding);
     bookmark.quotedPost.emplace();
+    // The id of the quoted posts in the seeds.
     bookmark.quotedPost->tweetID = QStringLiteral("9");
     bookmark.quotedPost->text = QStringLiteral("text");
     check(bookmark);

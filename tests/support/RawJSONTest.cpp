@@ -216,6 +216,14 @@ TEST(RawJSON, ReadsTheSameFromATextWithRoomAtItsEndAndLeavesThatAlone)
     EXPECT_EQ(json.root().canonical(), copy);
 }
 
+TEST(RawJSON, ReadsATextWithRoomAtItsBeginningAlone)
+{
+    QByteArray text = QByteArray(1000, ' ') + R"(["a",1])";
+    text.remove(0, 1000);
+    ASSERT_GE(text.capacity(), 1000);
+    EXPECT_EQ(RawJSON::parse(text).root().canonical(), R"(["a",1])");
+}
+
 TEST(RawJSON, ReadsATextThatBelongsToAnother)
 {
     constexpr std::string_view memory = R"(["a"]])";
