@@ -103,6 +103,20 @@ TEST(LibrarySearchExpression, AnAbsentQueryMatchesEverything)
     EXPECT_EQ(describe(LibrarySearchExpression()), u"all");
 }
 
+TEST(LibrarySearchExpression, OnlyTheLettersOfOperatorsReadAsOperators)
+{
+    const QStringList operators{QStringLiteral("AND"), QStringLiteral("OR"), QStringLiteral("NOT")};
+    for (char32_t code = 0x80; code <= QChar::LastValidCodePoint; ++code) {
+        if (QChar::isSurrogate(code))
+            continue;
+        const QString upper = QStringView(QChar::fromUcs4(code)).toString().toUpper();
+        for (const QString& word : operators)
+            ASSERT_FALSE(word.contains(upper)) << static_cast<unsigned>(code);
+    }
+    EXPECT_EQ(describe(QStringLiteral("ＮＯＴ a оr b")), u"and(and(and(ＮＯＴ, a), оr), b)")
+        << "a Cyrillic o";
+}
+
 TEST(LibrarySearchExpression, TheSameTreesAreEqualHoweverTheyWereTyped)
 {
     const auto parse = [](const char* query) {
