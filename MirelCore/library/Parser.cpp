@@ -115,7 +115,8 @@ bool Parser::endCall()
 
 bool Parser::isAt(QLatin1StringView token) const
 {
-    return m_position < m_tokens.size() && m_tokens[m_position].toUpper() == token;
+    // No letter of the operators has a third form that only the upper case brings together.
+    return m_position < m_tokens.size() && m_tokens[m_position].compare(token, Qt::CaseInsensitive) == 0;
 }
 
 bool Parser::stepPast(QLatin1StringView token)

@@ -78,7 +78,8 @@ TEST_F(LibrarySearchContextTest, ReadsThePresentationAtMostOnce)
 
 TEST_F(LibrarySearchContextTest, ReadsNoPresentationWhereTheColumnsSayEnough)
 {
-    EXPECT_FALSE(matches("nothing OR has:media OR label:a OR folder:b OR author:nobody OR has:notes OR is:read"));
+    EXPECT_FALSE(
+        matches("nothing OR has:media OR label:a OR folder:b OR author:nobody OR has:notes OR is:read"));
     bookmark.contentText = QStringLiteral("text");
     EXPECT_TRUE(matches("type:article"));
     bookmark.quotedPost = QuotedPost{.media = {makeMedia(MediaKind::photo)}};
@@ -298,6 +299,19 @@ TEST(LibrarySearchExpression, SearchesAnArticleOfAMegabyte)
     EXPECT_FALSE(LibrarySearchExpression::parse(QStringLiteral("\"am ende 始め\"")).matches(bookmark));
     EXPECT_TRUE(LibrarySearchExpression::parse(u'"' + *bookmark.contentText + u'"').matches(bookmark))
         << "the whole article as the query";
+    bookmark.contentText = QStringLiteral("İIıi ẞß").repeated(150'000);
+    EXPECT_TRUE(LibrarySearchExpression::parse(QStringLiteral("\"ßi\u0307iıi ß\"")).matches(bookmark));
+    EXPECT_TRUE(LibrarySearchExpression::parse(u'"' + *bookmark.contentText + u'"').matches(bookmark));
+}
+
+TEST(SearchBytes, LowerTheCaseOfEveryCharacterAsUnicodeSays)
+{
+    for (char32_t code = 1; code <= QChar::LastValidCodePoint; ++code) {
+        if (QChar::isSurrogate(code))
+            continue;
+        const QString text = QStringView(QChar::fromUcs4(code)).toString();
+        ASSERT_EQ(searchBytes(text), text.toLower().toUtf8()) << static_cast<unsigned>(code);
+    }
 }
 
 } // namespace

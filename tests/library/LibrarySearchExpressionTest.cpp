@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 namespace mirel {
 namespace {
 
@@ -101,6 +103,20 @@ TEST(LibrarySearchExpression, AnAbsentQueryMatchesEverything)
     EXPECT_EQ(describe(LibrarySearchExpression()), u"all");
 }
 
+TEST(LibrarySearchExpression, OnlyTheLettersOfOperatorsReadAsOperators)
+{
+    const QStringList operators{QStringLiteral("AND"), QStringLiteral("OR"), QStringLiteral("NOT")};
+    for (char32_t code = 0x80; code <= QChar::LastValidCodePoint; ++code) {
+        if (QChar::isSurrogate(code))
+            continue;
+        const QString upper = QStringView(QChar::fromUcs4(code)).toString().toUpper();
+        for (const QString& word : operators)
+            ASSERT_FALSE(word.contains(upper)) << static_cast<unsigned>(code);
+    }
+    EXPECT_EQ(describe(QStringLiteral("ＮＯＴ a оr b")), u"and(and(and(ＮＯＴ, a), оr), b)")
+        << "a Cyrillic o";
+}
+
 TEST(LibrarySearchExpression, TheSameTreesAreEqualHoweverTheyWereTyped)
 {
     const auto parse = [](const char* query) {
@@ -144,6 +160,31 @@ TEST(LibrarySearchExpression, PrintsConditionsThatStartOrEndWithinACharacter)
         EXPECT_EQ(LibrarySearchExpression::parse(expression.toString()), expression)
             << query.toStdString() << " printed " << expression.toString().toStdString();
         EXPECT_EQ(LibrarySearchExpression::parse(expression.toString()).toString(), expression.toString());
+    }
+}
+
+// Queries put together at random from what tokens are made of and what melts into it.
+TEST(LibrarySearchExpression, TheNormalFormOfAnyQueryMeansTheSame)
+{
+    const QStringList pieces{
+        QStringLiteral("a"),      QStringLiteral("OR"),     QStringLiteral("and"),
+        QStringLiteral("Not"),    QStringLiteral(" "),      QStringLiteral("\n"),
+        QStringLiteral("\r"),     QStringLiteral("\""),     QStringLiteral("("),
+        QStringLiteral(")"),      QStringLiteral(":"),      QStringLiteral("@"),
+        QStringLiteral("\u0308"), QStringLiteral("\u0600"), QStringLiteral("\u200d"),
+        QStringLiteral("\u0a41"), QStringLiteral("\u0d4e"), QStringLiteral("\u0e33"),
+        QStringLiteral("\u3000"), QStringLiteral("👩"),      QStringLiteral("🏽"),
+        QStringLiteral("🇩"),      QString(QChar(0xD83D)),   QString(QChar(0xDC69)),
+    };
+    std::mt19937 random{1};
+    for (int round = 0; round < 20'000; ++round) {
+        QString query;
+        for (auto length = random() % 16; length > 0; --length)
+            query += pieces[static_cast<qsizetype>(random() % static_cast<unsigned>(pieces.size()))];
+        const auto expression = LibrarySearchExpression::parse(query);
+        const QString printed = expression.toString();
+        ASSERT_EQ(describe(LibrarySearchExpression::parse(printed)), describe(expression))
+            << "of " << query.toStdString() << ", printed " << printed.toStdString();
     }
 }
 
