@@ -5,6 +5,8 @@
 #include "library/SQLiteConnection.h"
 #include "records/AppPreferences.h"
 #include "records/Bookmark.h"
+#include "records/BookmarkHighlight.h"
+#include "records/BookmarkRule.h"
 #include "records/LibrarySummaries.h"
 #include "records/SyncRun.h"
 #include "records/SyncedBookmark.h"
@@ -82,7 +84,84 @@ public:
                                                          const LibraryRefinements& refinements, qint64 limit,
                                                          qint64 offset, LibrarySort sort);
 
-    // The user's settings, or the defaults when none were saved. Settings that cannot be read are an error.
+    // Labels. Names are trimmed and cut to 100 characters. A name that another label has, and one that
+    // folds to the slug of another, is SQLiteStoreError::execute. A search looks for a part of the name or
+    // of the slug, with "%" and "_" as wildcards; an empty one returns everything, by name.
+
+    // The label of that name, new or, in whatever case its name is, given the new color. An empty name is
+    // stored too.
+    Tag createTag(const QString& name, const QString& colorHex, Tag::Source source);
+    [[nodiscard]] QList<Tag> tags(const QString& search = {});
+    // Deleted bookmarks count as well. Unread is what is neither read nor archived.
+    [[nodiscard]] QList<TagSummary> tagSummaries(const QString& search = {});
+    // Throws OrganizationError::invalidName for a blank name and SQLiteStoreError::notFound for an unknown
+    // label.
+    Tag renameTag(qint64 id, const QString& name, const QString& colorHex);
+    // A link that is there already, and one that is not there to be removed, is no error.
+    void addTag(qint64 tagID, qint64 bookmarkID);
+    void removeTag(qint64 tagID, qint64 bookmarkID);
+    // Gives the target the bookmarks of the sources and deletes those, all or nothing. The target may be
+    // among them. Rules are not repointed.
+    void mergeTags(const QList<qint64>& sourceIDs, qint64 targetID);
+    // One after the other: a failure leaves those deleted that were.
+    void deleteTags(const QList<qint64>& ids);
+
+    // Folders. Names and searches are as with labels.
+
+    // The folder of that name, new or with what the call gives replaced; an absent value erases nothing,
+    // and the source stays. Nothing is checked for cycles. An empty name is stored too.
+    Folder createFolder(const QString& name, const std::optional<QString>& description,
+                        std::optional<qint64> parentID, Folder::Source source,
+                        const std::optional<QString>& xFolderID);
+    [[nodiscard]] QList<Folder> folders(const QString& search = {});
+    // Counted as with labels.
+    [[nodiscard]] QList<FolderSummary> folderSummaries(const QString& search = {});
+    // Replaces the description and the parent, absent ones too. Throws OrganizationError::folderCycle when
+    // the parent is the folder or stands below it, OrganizationError::invalidName for a blank name and
+    // SQLiteStoreError::notFound for an unknown folder.
+    Folder updateFolder(qint64 id, const QString& name, const std::optional<QString>& description,
+                        std::optional<qint64> parentID);
+    // Its bookmarks stay, without a folder, and the folders in it move to the top.
+    void deleteFolder(qint64 id);
+    // Takes the bookmark out of the folder it was in.
+    void assignFolder(qint64 folderID, qint64 bookmarkID);
+    void unassignFolder(qint64 bookmarkID);
+
+    // Rules. A search looks for a part of the name or of the query, as with labels.
+
+    // The query is stored unchanged, and the target is not looked for. Throws OrganizationError::invalidName
+    // for a blank name, and SQLiteStoreError::execute when another rule has it.
+    BookmarkRule createRule(const QString& name, const QString& query, BookmarkRule::Action action,
+                            qint64 targetID, bool isEnabled);
+    [[nodiscard]] QList<BookmarkRule> rules(const QString& search = {});
+    void setRuleEnabled(qint64 id, bool enabled);
+    // What the rule filed stays so.
+    void deleteRule(qint64 id);
+    // The 500 newest bookmarks that the rule matches. Throws SQLiteStoreError::notFound for an unknown rule.
+    [[nodiscard]] QList<Bookmark> previewRule(qint64 id);
+    // Files what previewRule() returns and notes the run in the rule. Returns the number of matches, changed
+    // by the run or not. A failure on the way leaves filed what was, and nothing noted. Throws
+    // OrganizationError::missingTarget when the label or the folder is gone, and as previewRule() does.
+    qint64 runRule(qint64 id);
+    // Runs the enabled rules by name up to the first that fails. Returns the sum of their matches.
+    qint64 runEnabledRules();
+
+    // Stores the first 500 characters of the trimmed selection and the first 1,200 of the context. A
+    // negative start becomes 0; the end is at least the start that was passed. Throws
+    // OrganizationError::invalidName for a blank selection.
+    BookmarkHighlight createHighlight(qint64 bookmarkID, const QString& selectedText,
+                                      const std::optional<QString>& contextText, qint64 startOffset,
+                                      qint64 endOffset, const QString& colorHex, Instant createdAt);
+    // Those of one bookmark or all, newest first.
+    [[nodiscard]] QList<BookmarkHighlight> highlights(std::optional<qint64> bookmarkID = {});
+    void deleteHighlight(qint64 id);
+
+    // The authors of live bookmarks whose name or username holds `search`, as with labels. Those with the
+    // most bookmarks first, then by username.
+    [[nodiscard]] QList<AuthorSummary> authorSummaries(const QString& search = {});
+
+    // The user's settings, or the defaults when none were saved. Throws JSONCodingError when those saved
+    // cannot be read.
     [[nodiscard]] AppPreferences preferences();
     void savePreferences(const AppPreferences& preferences);
 
@@ -125,6 +204,9 @@ private:
     [[nodiscard]] QList<Bookmark> bookmarks(const QList<qint64>& ids);
     [[nodiscard]] QList<Bookmark> matchingBookmarks(LibraryFilter filter,
                                                     const LibraryRefinements& refinements, LibrarySort sort);
+    [[nodiscard]] bool folderWouldCycle(qint64 folderID, qint64 parentID);
+    [[nodiscard]] BookmarkRule rule(qint64 id);
+    [[nodiscard]] bool ruleTargetExists(const BookmarkRule& rule);
     [[nodiscard]] SyncRun syncRun(qint64 id);
     [[nodiscard]] SyncLogEntry syncLogEntry(qint64 id);
 

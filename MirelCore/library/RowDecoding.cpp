@@ -105,6 +105,65 @@ Folder decodeFolder(const SQLiteRow& row)
     };
 }
 
+TagSummary decodeTagSummary(const SQLiteRow& row)
+{
+    return {
+        .tag = decodeTag(row),
+        .bookmarkCount = row.integer("bookmark_count").value_or(0),
+        .unreadCount = row.integer("unread_count").value_or(0),
+    };
+}
+
+FolderSummary decodeFolderSummary(const SQLiteRow& row)
+{
+    return {
+        .folder = decodeFolder(row),
+        .bookmarkCount = row.integer("bookmark_count").value_or(0),
+        .unreadCount = row.integer("unread_count").value_or(0),
+    };
+}
+
+AuthorSummary decodeAuthorSummary(const SQLiteRow& row)
+{
+    return {
+        .author = {.id = row.integer("id").value_or(0),
+                   .xID = row.text("x_id").value_or(QString()),
+                   .name = row.text("name").value_or(QString()),
+                   .username = row.text("username").value_or(QString()),
+                   .profileImageURL = parseURL(row.text("profile_image_url"))},
+        .bookmarkCount = row.integer("bookmark_count").value_or(0),
+    };
+}
+
+BookmarkRule decodeRule(const SQLiteRow& row)
+{
+    return {
+        .id = row.integer("id").value_or(0),
+        .name = row.text("name").value_or(QString()),
+        .query = row.text("query").value_or(QString()),
+        .action = fromRawValue<BookmarkRule::Action>(row.text("action").value_or(QString()))
+                      .value_or(BookmarkRule::Action::tag),
+        .targetID = row.integer("target_id").value_or(0),
+        .isEnabled = row.boolean("is_enabled"),
+        .lastRunAt = row.instant("last_run_at"),
+        .lastMatchCount = row.integer("last_match_count").value_or(0),
+    };
+}
+
+BookmarkHighlight decodeHighlight(const SQLiteRow& row)
+{
+    return {
+        .id = row.integer("id").value_or(0),
+        .bookmarkID = row.integer("bookmark_id").value_or(0),
+        .selectedText = row.text("selected_text").value_or(QString()),
+        .contextText = row.text("context_text"),
+        .startOffset = row.integer("start_offset").value_or(0),
+        .endOffset = row.integer("end_offset").value_or(0),
+        .colorHex = row.text("color_hex").value_or(QStringLiteral("#fde68a")),
+        .createdAt = row.instant("created_at").value_or(Instant()),
+    };
+}
+
 SyncRun decodeSyncRun(const SQLiteRow& row)
 {
     return {

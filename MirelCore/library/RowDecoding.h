@@ -2,6 +2,9 @@
 
 #include "library/SQLiteRow.h"
 #include "records/Bookmark.h"
+#include "records/BookmarkHighlight.h"
+#include "records/BookmarkRule.h"
+#include "records/LibrarySummaries.h"
 #include "records/SyncRun.h"
 
 namespace mirel {
@@ -15,6 +18,11 @@ namespace mirel {
 
 [[nodiscard]] Tag decodeTag(const SQLiteRow& row);
 [[nodiscard]] Folder decodeFolder(const SQLiteRow& row);
+[[nodiscard]] TagSummary decodeTagSummary(const SQLiteRow& row);
+[[nodiscard]] FolderSummary decodeFolderSummary(const SQLiteRow& row);
+[[nodiscard]] AuthorSummary decodeAuthorSummary(const SQLiteRow& row);
+[[nodiscard]] BookmarkRule decodeRule(const SQLiteRow& row);
+[[nodiscard]] BookmarkHighlight decodeHighlight(const SQLiteRow& row);
 [[nodiscard]] SyncRun decodeSyncRun(const SQLiteRow& row);
 [[nodiscard]] SyncLogEntry decodeSyncLogEntry(const SQLiteRow& row);
 

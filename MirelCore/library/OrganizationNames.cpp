@@ -1,0 +1,32 @@
+#include "library/OrganizationNames.h"
+
+#include "library/OrganizationError.h"
+#include "support/Text.h"
+
+namespace mirel {
+
+namespace {
+
+constexpr qsizetype longestName = 100;
+
+} // namespace
+
+QString storedName(const QString& name)
+{
+    return firstCharacters(trimmed(name), longestName);
+}
+
+QString cleanName(const QString& name)
+{
+    const QString stored = storedName(name);
+    if (stored.isEmpty())
+        throw OrganizationError(OrganizationError::Case::invalidName);
+    return stored;
+}
+
+QString searchPattern(const QString& search)
+{
+    return u'%' + trimmed(search).toLower() + u'%';
+}
+
+} // namespace mirel
