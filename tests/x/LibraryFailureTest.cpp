@@ -1,6 +1,7 @@
 #include "testing/Printing.h"
 
 #include "testing/FailingSQLite.h"
+#include "testing/LibraryChecks.h"
 #include "x/SyncTestBench.h"
 
 #include "support/FileError.h"
@@ -16,20 +17,11 @@
 namespace mirel {
 namespace {
 
+using testing::expectWhole;
 using testing::FailureCountdown;
 using testing::makePage;
 using testing::makePost;
 using testing::TemporaryLibrary;
-
-void expectWhole(const QString& path)
-{
-    SQLiteConnection connection(path);
-    const auto row = connection.firstRow("PRAGMA integrity_check");
-    EXPECT_EQ(row->text("integrity_check"), QStringLiteral("ok"));
-    EXPECT_TRUE(connection.rows("PRAGMA foreign_key_check").empty());
-    EXPECT_NO_THROW(
-        connection.execute("INSERT INTO bookmark_search (bookmark_search) VALUES ('integrity-check')"));
-}
 
 // How a library looks before it is opened.
 enum class Before { nothing, current, old };
