@@ -212,7 +212,7 @@ TEST_F(Folders, NeverEndInACycleWhateverTheOrderOfUpdates)
     int refused = 0;
     for (int step = 0; step < 400; ++step) {
         const Folder moved = stored(1 + static_cast<qint64>(random() % folders));
-        const qint64 parent = static_cast<qint64>(random() % (folders + 1));
+        const auto parent = static_cast<qint64>(random() % (folders + 1));
         const auto parentID = parent == 0 ? std::nullopt : std::optional(parent);
         try {
             EXPECT_EQ(move(moved, parentID).parentID, parentID);
