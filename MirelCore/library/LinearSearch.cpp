@@ -5,17 +5,27 @@
 
 namespace mirel {
 
+namespace {
+
+constexpr qint64 batchSize = 500;
+
+} // namespace
+
 QList<Bookmark> matchingBookmarks(LocalLibraryStore& store, LibraryFilter filter,
                                   const LibraryRefinements& refinements, LibrarySort sort)
 {
     const LibrarySearch search(refinements);
     QList<Bookmark> matching;
-    for (const qint64 id : store.allBookmarkIDs(filter, sort)) {
-        const Bookmark bookmark = store.bookmark(id);
-        if (search.matches(LibrarySearchContext(bookmark)))
-            matching.append(bookmark);
+    qint64 offset = 0;
+    while (true) {
+        const QList<Bookmark> batch = store.listBookmarks(filter, batchSize, offset, sort);
+        std::copy_if(
+            batch.cbegin(), batch.cend(), std::back_inserter(matching),
+            [&search](const Bookmark& bookmark) { return search.matches(LibrarySearchContext(bookmark)); });
+        if (batch.size() < batchSize)
+            return matching;
+        offset += batch.size();
     }
-    return matching;
 }
 
 } // namespace mirel
