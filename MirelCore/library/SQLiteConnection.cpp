@@ -1,6 +1,7 @@
 #include "library/SQLiteConnection.h"
 
 #include "library/SQLiteStoreError.h"
+#include "support/RawJSON.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -12,6 +13,7 @@ namespace mirel {
 namespace {
 
 constexpr int busyTimeoutInMilliseconds = 5000;
+constexpr int smallestEnvelope = 1000;
 
 SQLiteColumn readColumn(sqlite3_stmt* statement, int index)
 {
@@ -22,7 +24,12 @@ SQLiteColumn readColumn(sqlite3_stmt* statement, int index)
         return sqlite3_column_double(statement, index);
     case SQLITE_TEXT: {
         const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, index));
-        return QByteArray(text, sqlite3_column_bytes(statement, index));
+        const int size = sqlite3_column_bytes(statement, index);
+        QByteArray bytes;
+        // An envelope is parsed where it stands.
+        bytes.reserve(size < smallestEnvelope ? size : size + RawJSON::padding);
+        bytes.append(text, size);
+        return bytes;
     }
     default:
         return {};

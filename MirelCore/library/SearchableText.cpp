@@ -38,11 +38,26 @@ QString searchKey(const QString& text)
     return lowerCased(trimmed(text));
 }
 
+// Lower-casing looks at no neighbors, so runs of ASCII, which most texts are made of, take a short cut.
 QByteArray searchBytes(const QString& text)
 {
-    // QString::toUtf8() would make a question mark of half a surrogate pair, which is a text to search for.
-    QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
-    return encoder.encode(lowerCased(text));
+    const auto isASCII = [](QChar character) { return character.unicode() < 0x80; };
+    QByteArray bytes;
+    bytes.reserve(text.size() + text.size() / 4);
+    for (const QChar* place = text.cbegin(); place != text.cend();) {
+        for (; place != text.cend() && isASCII(*place); ++place) {
+            const char letter = static_cast<char>(place->unicode());
+            bytes += letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+        }
+        const QChar* const end = std::find_if(place, text.cend(), isASCII);
+        if (end == place)
+            continue;
+        // QString::toUtf8() would make a question mark of half a surrogate pair, which is a text to search for.
+        QStringEncoder encoder(QStringEncoder::Utf8, QStringConverter::Flag::Stateless);
+        bytes += encoder.encode(QString(place, end - place).toLower());
+        place = end;
+    }
+    return bytes;
 }
 
 QList<SearchableField> searchableFields(const Bookmark& bookmark,
@@ -53,11 +68,18 @@ QList<SearchableField> searchableFields(const Bookmark& bookmark,
         if (text)
             fields.append({field, searchBytes(*text)});
     };
+    // The text of an article is often both, and long.
+    const auto addContentText = [&] {
+        if (bookmark.contentText == bookmark.text)
+            fields.append({SearchField::contentText, fields.constFirst().bytes});
+        else
+            add(SearchField::contentText, bookmark.contentText);
+    };
     const bool quotedHasTitle = quoted && quoted->title;
     add(SearchField::text, bookmark.text);
     add(SearchField::primaryTitle, quotedHasTitle ? quoted->title : bookmark.contentTitle);
     add(SearchField::contentTitle, bookmark.contentTitle);
-    add(SearchField::contentText, bookmark.contentText);
+    addContentText();
     add(SearchField::note, bookmark.note);
     add(SearchField::sourceURL, absoluteString(bookmark.sourceURL));
     add(SearchField::authorName, bookmark.author.name);
