@@ -91,11 +91,13 @@ LibraryCounts LibraryIndex::counts()
 
 QList<qint64> LibraryIndex::matchingIDs(LibraryFilter mailbox, const LibrarySearch& search, LibrarySort sort)
 {
-    bringUpToDate(depthFor(search));
+    const IndexDepth depth = depthFor(search);
+    bringUpToDate(depth);
     QList<qint64> ids;
     for (const quint32 place : order(sort)) {
         const IndexEntry& entry = m_entries[place];
-        if (!entry.authorID || !entry.isIn(mailbox))
+        // One that is less deep was deleted by another process between its outline and the rest.
+        if (!entry.isIn(mailbox) || entry.depth < depth)
             continue;
         if (entry.failure)
             std::rethrow_exception(entry.failure);
@@ -155,9 +157,31 @@ void LibraryIndex::loadOutline()
 
 void LibraryIndex::deepen(IndexDepth depth)
 {
-    m_depth = depth;
-    load(m_places.keys());
+    load(shallowerThan(depth, std::numeric_limits<qsizetype>::max()), depth);
     dropLongestTexts();
+    m_depth = depth;
+}
+
+QList<qint64> LibraryIndex::shallowerThan(IndexDepth depth, qsizetype limit) const
+{
+    QList<qint64> ids;
+    for (const IndexEntry& entry : m_entries) {
+        if (ids.size() == limit)
+            break;
+        if (entry.depth < depth && entry.authorID)
+            ids.append(entry.id);
+    }
+    return ids;
+}
+
+bool LibraryIndex::prepare(IndexDepth depth, qsizetype limit)
+{
+    bringUpToDate(IndexDepth::outline);
+    if (m_depth >= depth)
+        return true;
+    const QList<qint64> ids = shallowerThan(depth, limit);
+    load(ids, depth);
+    return ids.size() < limit;
 }
 
 void LibraryIndex::takeIn(const ChangedRows& rows)
@@ -171,7 +195,7 @@ void LibraryIndex::takeIn(const ChangedRows& rows)
     for (const qint64 id : affected)
         remove(id);
     if (m_depth > IndexDepth::outline)
-        load(ids);
+        load(ids, m_depth);
     if (!rows.authors.isEmpty())
         m_orders[static_cast<size_t>(LibrarySort::author)] = {};
 }
@@ -179,8 +203,6 @@ void LibraryIndex::takeIn(const ChangedRows& rows)
 QSet<qint64> LibraryIndex::affectedBookmarks(const ChangedRows& rows)
 {
     QSet<qint64> affected = rows.bookmarks + rows.bookmarkFolders;
-    if (m_depth == IndexDepth::outline)
-        return affected;
     for (const IndexEntry& entry : m_entries) {
         const bool isAffected =
             (entry.authorID && rows.authors.contains(*entry.authorID)) ||
@@ -199,9 +221,9 @@ QSet<qint64> LibraryIndex::affectedBookmarks(const ChangedRows& rows)
     return affected;
 }
 
-void LibraryIndex::load(const QList<qint64>& ids)
+void LibraryIndex::load(const QList<qint64>& ids, IndexDepth depth)
 {
-    ParallelIndexLoading(m_connection, ids, m_depth).run([this](IndexBatch batch) { add(std::move(batch)); });
+    ParallelIndexLoading(m_connection, ids, depth).run([this](IndexBatch batch) { add(std::move(batch)); });
 }
 
 void LibraryIndex::add(IndexBatch batch)

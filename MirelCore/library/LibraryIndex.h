@@ -34,6 +34,10 @@ public:
     [[nodiscard]] QList<qint64> matchingIDs(LibraryFilter mailbox, const LibrarySearch& search,
                                             LibrarySort sort);
 
+    // Does a part of the work that the first search of that depth would do, for at most `limit` bookmarks.
+    // Returns whether nothing is left.
+    bool prepare(IndexDepth depth, qsizetype limit);
+
     // Must be called after a whole table was emptied.
     void forget();
 
@@ -54,7 +58,9 @@ private:
     // The bookmarks of which something is different after those rows were written.
     [[nodiscard]] QSet<qint64> affectedBookmarks(const ChangedRows& rows);
 
-    void load(const QList<qint64>& ids);
+    // At most `limit` bookmarks of which less is known.
+    [[nodiscard]] QList<qint64> shallowerThan(IndexDepth depth, qsizetype limit) const;
+    void load(const QList<qint64>& ids, IndexDepth depth);
     void add(IndexBatch batch);
     void shareLabels(IndexEntry& entry);
     void put(IndexEntry entry);
@@ -70,6 +76,7 @@ private:
     LibraryChanges m_changes;
     // Of the library as it was loaded; absent when nothing is, or not all.
     std::optional<qint64> m_version;
+    // What is known of every bookmark that has an author; of some it may be more.
     IndexDepth m_depth = IndexDepth::outline;
     std::vector<IndexEntry> m_entries;
     // Places in m_entries by bookmark.

@@ -7,6 +7,7 @@ namespace mirel {
 namespace {
 
 constexpr qint64 largestPage = 500;
+constexpr qsizetype preparedAtOnce = 250;
 
 } // namespace
 
@@ -48,6 +49,11 @@ qint64 LocalLibraryStore::countBookmarks(LibraryFilter filter, const LibraryRefi
     const LibrarySearch search(refinements);
     return search.matchesEverything() ? m_index.count(filter)
                                       : m_index.matchingIDs(filter, search, LibrarySort::newest).size();
+}
+
+bool LocalLibraryStore::prepareSearch()
+{
+    return m_index.prepare(IndexDepth::texts, preparedAtOnce);
 }
 
 LibraryIndex::Size LocalLibraryStore::indexSize() const

@@ -85,6 +85,10 @@ public:
                                                          const LibraryRefinements& refinements, qint64 limit,
                                                          qint64 offset, LibrarySort sort);
 
+    // Does a part of what the first search would have to do, of some milliseconds. Returns whether nothing is
+    // left.
+    bool prepareSearch();
+
     // What listing and searching keep in memory.
     [[nodiscard]] LibraryIndex::Size indexSize() const;
 

@@ -52,7 +52,8 @@ QByteArray searchBytes(const QString& text)
         const QChar* const end = std::find_if(place, text.cend(), isASCII);
         if (end == place)
             continue;
-        // QString::toUtf8() would make a question mark of half a surrogate pair, which is a text to search for.
+        // QString::toUtf8() would make a question mark of half a surrogate pair, which is a text to search
+        // for.
         QStringEncoder encoder(QStringEncoder::Utf8, QStringConverter::Flag::Stateless);
         bytes += encoder.encode(QString(place, end - place).toLower());
         place = end;
