@@ -7,9 +7,30 @@
 #include "model/MirelAppModel.h"
 #include "support/BlockOn.h"
 
+#include <QSemaphore>
+
 #include <gtest/gtest.h>
 
 namespace mirel::testing {
+
+// Keeps the library's thread from answering until it is released.
+class HeldLibrary
+{
+public:
+    explicit HeldLibrary(MirelAppModel& model)
+    {
+        const auto wait = [gate = m_gate](LocalLibraryStore&) { EXPECT_TRUE(gate->tryAcquire(1, 60'000)); };
+        m_call = model.store()->call(wait);
+    }
+    ~HeldLibrary() { release(); }
+    Q_DISABLE_COPY_MOVE(HeldLibrary)
+
+    void release() { m_gate->release(); }
+
+private:
+    std::shared_ptr<QSemaphore> m_gate = std::make_shared<QSemaphore>();
+    QCoro::Task<> m_call;
+};
 
 // A model over a temporary library and a fake X, with its services on their threads.
 class ModelTestBench : public ::testing::Test
@@ -47,6 +68,32 @@ protected:
                                                       library.clock.clock());
         });
         model = std::make_unique<MirelAppModel>(std::move(services));
+    }
+
+    // Fills the library, makes the model, and starts it.
+    void startWith(int posts)
+    {
+        store(1, posts);
+        makeModel();
+        blockOn(model->start());
+    }
+
+    // The id of the post of that number among the rows of the current page.
+    qint64 idOf(int number) const
+    {
+        const QString text = QStringLiteral("Post number %1").arg(number);
+        for (const Bookmark& bookmark : model->bookmarks()) {
+            if (bookmark.text == text)
+                return bookmark.id;
+        }
+        ADD_FAILURE() << "no row is post number " << number;
+        return 0;
+    }
+
+    // Writes to the library as another part of the program does.
+    void change(qint64 id, bool isRead, bool isFavorite, bool isArchived)
+    {
+        library.open()->updateLocalState(id, {}, isRead, isFavorite, isArchived);
     }
 
     QStringList shownTexts() const
