@@ -129,6 +129,11 @@ int BookmarkListModel::rowOf(qint64 bookmarkID) const
     return found == m_bookmarks.cend() ? -1 : static_cast<int>(found - m_bookmarks.cbegin());
 }
 
+qint64 BookmarkListModel::idAt(int row) const
+{
+    return row >= 0 && row < count() ? m_bookmarks[row].id : 0;
+}
+
 QHash<int, QByteArray> BookmarkListModel::roleNames() const
 {
     return names();

@@ -55,6 +55,9 @@ public:
     // Where the bookmark stands; -1 when it is not among the rows.
     [[nodiscard]] Q_INVOKABLE int rowOf(qint64 bookmarkID) const;
 
+    // The id of the bookmark in that row; 0 when there is no such row.
+    [[nodiscard]] Q_INVOKABLE qint64 idAt(int row) const;
+
     [[nodiscard]] int count() const { return static_cast<int>(m_bookmarks.size()); }
     [[nodiscard]] const QList<Bookmark>& bookmarks() const { return m_bookmarks; }
 

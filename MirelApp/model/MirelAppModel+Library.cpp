@@ -110,8 +110,8 @@ QCoro::Task<bool> MirelAppModel::readPage()
     m_hasListingFailed = false;
     m_bookmarks.setBookmarks(found.items);
     dropMissingSelection();
-    Q_EMIT libraryChanged();
     showPost();
+    Q_EMIT libraryChanged();
     co_await reloadReaderBookmark();
     co_return true;
 }

@@ -7,6 +7,7 @@ Item {
     id: row
 
     required property int index
+    required property double bookmarkID
     required property double authorID
     required property string authorName
     required property string authorUsername
@@ -36,6 +37,7 @@ Item {
 
     signal chosen
     signal opened
+    signal openedOnX
 
     objectName: "bookmarkRow"
     implicitHeight: content.implicitHeight + 2 * Measures.medium + Measures.hairline
@@ -177,7 +179,7 @@ Item {
                         metrics: row.metrics
                         quiet: row.quiet
                         showsActions: row.isHovered || row.hasKeyboard
-                        onOpened: row.opened()
+                        onOpened: row.openedOnX()
                     }
                 }
 

@@ -48,5 +48,15 @@ QtObject {
     // Below this width of the window the sidebar folds.
     readonly property int foldingWidth: Math.round(960 * scale)
     readonly property int widestList: Math.round(880 * scale)
+    // Of the list beside a preview; without room for both there is no preview.
+    readonly property int narrowestListColumn: Math.round(360 * scale)
+    readonly property int listColumn: Math.round(440 * scale)
+    readonly property int widestListColumn: Math.round(520 * scale)
+    readonly property int narrowestPreview: Math.round(400 * scale)
+    readonly property int searchWidth: Math.round(360 * scale)
+    readonly property int narrowestSearch: Math.round(120 * scale)
+    // Below this width of a header its controls are icons.
+    readonly property int roomyHeader: Math.round(760 * scale)
+    readonly property int tallestPicture: Math.round(480 * scale)
     readonly property int readingWidth: Math.round(680 * scale)
 }
