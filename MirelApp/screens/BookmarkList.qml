@@ -9,6 +9,8 @@ ListView {
     required property BookmarkListModel bookmarks
     // The highlighted row, which the list only asks to change; 0: none.
     required property double selectedID
+    // Whether the keyboard takes up a row as soon as it comes to the list.
+    property bool takesUpRow: true
     readonly property real rowWidth: Math.min(width - 2 * Measures.small, Measures.widestList)
 
     signal chosen(double bookmarkID)
@@ -18,6 +20,11 @@ ListView {
     function choose(row: int) {
         if (count > 0)
             chosen(bookmarks.idAt(Math.max(0, Math.min(count - 1, row))));
+    }
+
+    function goToBeginning() {
+        positionViewAtBeginning();
+        contentY = originY - topMargin;
     }
 
     function follow() {
@@ -46,7 +53,7 @@ ListView {
 
     onSelectedIDChanged: follow()
     onActiveFocusChanged: {
-        if (activeFocus && currentIndex < 0)
+        if (activeFocus && takesUpRow && currentIndex < 0)
             choose(indexAt(width / 2, contentY + Measures.large));
     }
 
@@ -60,7 +67,7 @@ ListView {
             break;
         case Qt.Key_Home:
             list.choose(0);
-            list.positionViewAtBeginning();
+            list.goToBeginning();
             break;
         case Qt.Key_End:
             list.choose(list.count - 1);

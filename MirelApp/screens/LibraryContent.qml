@@ -26,8 +26,11 @@ Rectangle {
 
     signal openedOnX(url address)
 
-    function focusRows() {
+    // Brings the keyboard to the rows; without a current one it takes up the first if `takesUpRow`.
+    function focusRows(takesUpRow: bool) {
+        list.takesUpRow = takesUpRow;
         list.forceActiveFocus(Qt.OtherFocusReason);
+        list.takesUpRow = true;
     }
 
     color: Theme.surface
@@ -200,7 +203,7 @@ Rectangle {
             if (list.currentIndex > 0)
                 list.positionViewAtIndex(list.currentIndex, ListView.Center);
             else
-                list.positionViewAtBeginning();
+                list.goToBeginning();
         }
     }
 }

@@ -31,9 +31,12 @@ RowLayout {
     ColumnLayout {
         Layout.fillWidth: true
         Layout.leftMargin: header.appModel.canGoBack ? 0 : Measures.small
+        Layout.minimumWidth: Math.min(title.implicitWidth, Measures.headerTitle)
         spacing: 0
 
         PlainLabel {
+            id: title
+
             objectName: "libraryTitle"
             Layout.fillWidth: true
             text: header.title

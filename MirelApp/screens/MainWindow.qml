@@ -15,7 +15,7 @@ ApplicationWindow {
 
     onIsReaderOpenChanged: {
         if (!isReaderOpen)
-            content.focusRows();
+            content.focusRows(false);
     }
 
     function search() {
@@ -141,7 +141,7 @@ ApplicationWindow {
                 visible: !main.isReaderOpen
                 appModel: main.appModel
                 title: sidebar.currentTitle
-                onLeftSearch: content.focusRows()
+                onLeftSearch: content.focusRows(true)
             }
 
             ReaderHeader {

@@ -43,6 +43,11 @@ QtObject {
     readonly property int thumbnailWidth: Math.round(112 * scale)
     readonly property int thumbnailHeight: Math.round(84 * scale)
 
+    // In rows that are narrower than `roomyRow`.
+    readonly property int roomyRow: Math.round(560 * scale)
+    readonly property int smallThumbnailWidth: Math.round(80 * scale)
+    readonly property int smallThumbnailHeight: Math.round(60 * scale)
+
     readonly property int sidebarWidth: Math.round(216 * scale)
     readonly property int foldedSidebarWidth: Math.round(56 * scale)
     // Below this width of the window the sidebar folds.
@@ -53,7 +58,8 @@ QtObject {
     readonly property int listColumn: Math.round(440 * scale)
     readonly property int widestListColumn: Math.round(520 * scale)
     readonly property int narrowestPreview: Math.round(400 * scale)
-    readonly property int searchWidth: Math.round(360 * scale)
+    readonly property int headerTitle: Math.round(120 * scale)
+    readonly property int searchWidth: Math.round(400 * scale)
     readonly property int narrowestSearch: Math.round(120 * scale)
     // Below this width of a header its controls are icons.
     readonly property int roomyHeader: Math.round(760 * scale)

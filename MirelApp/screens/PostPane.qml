@@ -1,9 +1,10 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import Mirel.Screens
 
 // The post that is selected or open, as a page that scrolls.
-FocusScope {
+T.Control {
     id: pane
 
     required property MirelAppModel appModel
@@ -27,7 +28,7 @@ FocusScope {
     }
 
     objectName: "postPane"
-    activeFocusOnTab: !isEmpty
+    focusPolicy: isEmpty ? Qt.NoFocus : Qt.TabFocus
     Accessible.role: Accessible.Document
     Accessible.name: isEmpty ? "No post is selected" : "Post by " + shownPost.authorName
     Accessible.focusable: true
@@ -94,6 +95,6 @@ FocusScope {
 
     FocusRing {
         anchors.margins: Measures.tiny
-        visible: pane.activeFocus
+        visible: pane.visualFocus
     }
 }

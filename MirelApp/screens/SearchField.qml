@@ -41,6 +41,10 @@ T.TextField {
         if (text !== query)
             text = query;
     }
+    onIsBusyChanged: {
+        if (!isBusy)
+            waiting.visible = false;
+    }
     onTextEdited: edited(text)
     Component.onCompleted: text = query
 
@@ -109,10 +113,6 @@ T.TextField {
             interval: 150
             running: field.isBusy
             onTriggered: waiting.visible = true
-            onRunningChanged: {
-                if (!field.isBusy)
-                    waiting.visible = false;
-            }
         }
     }
 

@@ -24,7 +24,8 @@ protected:
         desktop.setValues({.isDark = GetParam().isDark, .textScale = GetParam().textScale});
         openWindow();
         window().resize(GetParam().size);
-        ASSERT_TRUE(eventually([this] { return window().contentItem()->width() == GetParam().size.width(); }));
+        ASSERT_TRUE(
+            eventually([this] { return window().contentItem()->width() == GetParam().size.width(); }));
     }
 
     void check(const char* state)

@@ -159,6 +159,18 @@ void WindowBench::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
     QTest::keyClick(&window(), key, modifiers);
 }
 
+void WindowBench::type(const char* text)
+{
+    for (const char letter : QByteArrayView(text))
+        QTest::keyClick(&window(), letter);
+}
+
+QString WindowBench::currentRowText() const
+{
+    QQuickItem* const row = list().property("currentItem").value<QQuickItem*>();
+    return row ? text("text", row) : QStringLiteral("<no row is current>");
+}
+
 void WindowBench::click(QQuickItem* item)
 {
     ASSERT_NE(item, nullptr);

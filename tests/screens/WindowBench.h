@@ -48,6 +48,10 @@ protected:
     // Saves what the window shows as `name`.png among the build's pictures, to be looked at.
     void keepPicture(const QString& name) const;
 
+    // Types into what has the keyboard.
+    void type(const char* text);
+    // The text of the current row.
+    [[nodiscard]] QString currentRowText() const;
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void click(QQuickItem* item);
     // Runs the event loop until `condition` holds; false when it does not come to hold.
