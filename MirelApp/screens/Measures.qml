@@ -17,6 +17,7 @@ QtObject {
     // The heights of lines, whatever the script: 1.35 times the size of the type in lists, 1.55 when reading.
     readonly property int controlLine: Math.ceil(controlText * 1.35)
     readonly property int postLine: Math.ceil(postText * 1.35)
+    readonly property int titleLine: Math.ceil(titleText * 1.35)
     readonly property int readingLine: Math.ceil(readingText * 1.55)
 
     readonly property int emphasis: Font.Medium

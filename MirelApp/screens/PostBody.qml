@@ -52,7 +52,8 @@ ColumnLayout {
         color: Theme.text
         font.pixelSize: Measures.titleText
         font.weight: Measures.strong
-        lineHeight: 1.35
+        lineHeightMode: Text.FixedHeight
+        lineHeight: Measures.titleLine
         wrapMode: Text.Wrap
         Accessible.role: Accessible.Heading
         Accessible.name: text
