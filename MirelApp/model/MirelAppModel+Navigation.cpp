@@ -34,6 +34,7 @@ void MirelAppModel::rememberNavigation()
     m_navigationHistory.append(place);
     if (m_navigationHistory.size() > longestHistory)
         m_navigationHistory.removeFirst();
+    Q_EMIT historyChanged();
 }
 
 QString MirelAppModel::placeBehindName() const
@@ -150,6 +151,7 @@ QCoro::Task<> MirelAppModel::goBack()
         co_return;
     }
     const NavigationSnapshot place = m_navigationHistory.takeLast();
+    Q_EMIT historyChanged();
     m_selection = place.selection;
     m_libraryFilter = place.libraryFilter;
     m_refinements = place.refinements;

@@ -55,7 +55,7 @@ QCoro::Task<> MirelAppModel::openBookmark(qint64 id)
         rememberNavigation();
     ++m_readerGeneration;
     m_selectedBookmarkID = id;
-    tellPlace();
+    showPost();
     try {
         std::optional<Bookmark> bookmark = listedBookmark(id);
         if (!bookmark)

@@ -55,9 +55,9 @@ class MirelAppModel : public QObject
     Q_PROPERTY(QString searchQuery READ searchQuery NOTIFY placeChanged)
     // Something narrows the mailbox, be it a query or a filter.
     Q_PROPERTY(bool isRefined READ isRefined NOTIFY placeChanged)
-    Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY placeChanged)
+    Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY historyChanged)
     // The destination to which goBack() leads; empty when there is none.
-    Q_PROPERTY(QString placeBehind READ placeBehindName NOTIFY placeChanged)
+    Q_PROPERTY(QString placeBehind READ placeBehindName NOTIFY historyChanged)
     Q_PROPERTY(QString librarySort READ librarySortName NOTIFY placeChanged)
     // Counted from 0.
     Q_PROPERTY(qint64 page READ page NOTIFY placeChanged)
@@ -218,6 +218,7 @@ public:
 
 Q_SIGNALS:
     void placeChanged();
+    void historyChanged();
     void libraryChanged();
     void isLoadingChanged();
     void selectionChanged();

@@ -183,7 +183,7 @@ Rectangle {
         }
     }
 
-    // Another page, mailbox or order begins at its top.
+    // Another page, mailbox or order begins at its top, unless it holds the selected row.
     Connections {
         property bool isTurning: false
 
@@ -198,10 +198,12 @@ Rectangle {
                 return;
             isTurning = false;
             list.follow();
-            if (list.currentIndex < 0 && list.activeFocus)
+            if (list.currentIndex < 0 && list.activeFocus) {
                 list.choose(0);
-            if (list.currentIndex > 0)
-                list.positionViewAtIndex(list.currentIndex, ListView.Center);
+                list.goToBeginning();
+            }
+            if (list.currentIndex >= 0)
+                list.positionViewAtIndex(list.currentIndex, ListView.Contain);
             else
                 list.goToBeginning();
         }

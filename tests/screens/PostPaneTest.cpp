@@ -8,6 +8,12 @@ class PostPane : public WindowBench
 {
 protected:
     [[nodiscard]] bool isKindKnown() const { return visible("postKind") != nullptr; }
+    [[nodiscard]] bool isCurrentRowInView() const
+    {
+        const auto* const row = list().property("currentItem").value<QQuickItem*>();
+        const double top = list().property("contentY").toDouble();
+        return row && row->y() >= top && row->y() + row->height() <= top + list().height();
+    }
     void select(int row)
     {
         list().forceActiveFocus();
@@ -75,6 +81,8 @@ TEST_F(PostPane, OpensTheReaderWithReturnAndComesBackToTheSameRowWithEscape)
     fillWithNumberedPosts(50);
     openWindow();
     select(20);
+    ASSERT_TRUE(eventually([this] { return isCurrentRowInView(); }));
+    const double place = list().property("contentY").toDouble();
     press(Qt::Key_Return);
     ASSERT_TRUE(eventually([this] { return visible("leaveReader") != nullptr; }));
     EXPECT_EQ(text("leaveReader"), QStringLiteral("Back to Today"));
@@ -85,6 +93,7 @@ TEST_F(PostPane, OpensTheReaderWithReturnAndComesBackToTheSameRowWithEscape)
         eventually([this] { return visible("bookmarkList") != nullptr && !model->isReadingLibrary(); }));
     EXPECT_TRUE(list().hasActiveFocus());
     EXPECT_EQ(currentRowText(), QStringLiteral("Post number 30"));
+    EXPECT_EQ(list().property("contentY").toDouble(), place) << "the list has not moved meanwhile";
     EXPECT_FALSE(model->canGoBack());
 }
 
