@@ -36,6 +36,35 @@ TEST_F(SearchWindow, SearchesAsOneTypes)
     EXPECT_NE(visible("clearSearch"), nullptr);
 }
 
+TEST_F(SearchWindow, TheRowsFollowWhatIsTyped)
+{
+    fillWithNumberedPosts(30);
+    openWindow();
+    search("number");
+    EXPECT_EQ(text("resultCount"), QStringLiteral("30 results"));
+    type("&2");
+    press(Qt::Key_Backspace);
+    press(Qt::Key_Backspace);
+    type(" 12");
+    ASSERT_TRUE(eventually([this] { return isSettled() && rows().size() == 1; }));
+    EXPECT_EQ(text("text", rows()[0]), QStringLiteral("Post number 12"));
+    EXPECT_EQ(text("resultCount"), QStringLiteral("1 results"));
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(eventually([this] { return text("resultCount") == QStringLiteral("30 results"); }));
+}
+
+TEST_F(SearchWindow, AQueryWithoutAMatchSaysSoAndCanBeCleared)
+{
+    fillWithNumberedPosts(5);
+    openWindow();
+    search("nothing like it");
+    ASSERT_TRUE(eventually([this] { return visible("clearRefinements") != nullptr; }));
+    EXPECT_EQ(text("stateTitle"), QStringLiteral("No search results"));
+    click(visible("clearRefinements"));
+    ASSERT_TRUE(eventually([this] { return rows().size() == 5; }));
+    EXPECT_EQ(field().property("text").toString(), QString());
+}
+
 TEST_F(SearchWindow, EscapeClearsTheQueryAndThenGoesToTheRows)
 {
     fillWithNumberedPosts(5);
