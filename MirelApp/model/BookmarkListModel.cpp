@@ -31,21 +31,6 @@ QUrl stillImageURL(const MediaItem& item)
     return item.kind == MediaKind::photo ? item.url : QUrl();
 }
 
-QVariantList mediaRows(const QList<MediaItem>& media)
-{
-    QVariantList rows;
-    for (const MediaItem& item : media) {
-        rows.append(QVariantMap{
-            {QStringLiteral("url"), stillImageURL(item)},
-            {QStringLiteral("kind"), rawValue(item.kind)},
-            {QStringLiteral("altText"), item.altText.value_or(QString())},
-            {QStringLiteral("width"), item.width.value_or(0)},
-            {QStringLiteral("height"), item.height.value_or(0)},
-        });
-    }
-    return rows;
-}
-
 QVariantList labelRows(const QList<Tag>& tags)
 {
     QVariantList rows;
@@ -60,6 +45,21 @@ QVariantList labelRows(const QList<Tag>& tags)
 
 } // namespace
 
+QVariantList BookmarkListModel::mediaRows(const QList<MediaItem>& media)
+{
+    QVariantList rows;
+    for (const MediaItem& item : media) {
+        rows.append(QVariantMap{
+            {QStringLiteral("url"), stillImageURL(item)},
+            {QStringLiteral("kind"), rawValue(item.kind)},
+            {QStringLiteral("altText"), item.altText.value_or(QString())},
+            {QStringLiteral("width"), item.width.value_or(0)},
+            {QStringLiteral("height"), item.height.value_or(0)},
+        });
+    }
+    return rows;
+}
+
 int BookmarkListModel::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : count();
@@ -69,7 +69,11 @@ QVariant BookmarkListModel::data(const QModelIndex& index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const Bookmark& bookmark = m_bookmarks[index.row()];
+    return value(m_bookmarks[index.row()], role);
+}
+
+QVariant BookmarkListModel::value(const Bookmark& bookmark, int role)
+{
     switch (role) {
     case BookmarkIDRole:
         return bookmark.id;
@@ -109,7 +113,33 @@ QVariant BookmarkListModel::data(const QModelIndex& index, int role) const
     }
 }
 
+QVariantMap BookmarkListModel::values(const Bookmark& bookmark)
+{
+    QVariantMap result;
+    const QHash<int, QByteArray> roles = names();
+    for (auto role = roles.cbegin(); role != roles.cend(); ++role)
+        result.insert(QString::fromLatin1(*role), value(bookmark, role.key()));
+    return result;
+}
+
+int BookmarkListModel::rowOf(qint64 bookmarkID) const
+{
+    const auto found = std::find_if(m_bookmarks.cbegin(), m_bookmarks.cend(),
+                                    [bookmarkID](const Bookmark& each) { return each.id == bookmarkID; });
+    return found == m_bookmarks.cend() ? -1 : static_cast<int>(found - m_bookmarks.cbegin());
+}
+
+qint64 BookmarkListModel::idAt(int row) const
+{
+    return row >= 0 && row < count() ? m_bookmarks[row].id : 0;
+}
+
 QHash<int, QByteArray> BookmarkListModel::roleNames() const
+{
+    return names();
+}
+
+QHash<int, QByteArray> BookmarkListModel::names()
 {
     return {
         {BookmarkIDRole, "bookmarkID"},

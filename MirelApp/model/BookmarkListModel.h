@@ -47,6 +47,17 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
+    // Every role of `bookmark` by its name.
+    [[nodiscard]] static QVariantMap values(const Bookmark& bookmark);
+    // As in MediaRole.
+    [[nodiscard]] static QVariantList mediaRows(const QList<MediaItem>& media);
+
+    // Where the bookmark stands; -1 when it is not among the rows.
+    [[nodiscard]] Q_INVOKABLE int rowOf(qint64 bookmarkID) const;
+
+    // The id of the bookmark in that row; 0 when there is no such row.
+    [[nodiscard]] Q_INVOKABLE qint64 idAt(int row) const;
+
     [[nodiscard]] int count() const { return static_cast<int>(m_bookmarks.size()); }
     [[nodiscard]] const QList<Bookmark>& bookmarks() const { return m_bookmarks; }
 
@@ -57,6 +68,8 @@ Q_SIGNALS:
     void countChanged();
 
 private:
+    [[nodiscard]] static QVariant value(const Bookmark& bookmark, int role);
+    [[nodiscard]] static QHash<int, QByteArray> names();
     void removeMissing(const QList<Bookmark>& bookmarks);
     void place(int row, const Bookmark& bookmark);
 

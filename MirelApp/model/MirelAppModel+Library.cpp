@@ -1,41 +1,33 @@
 #include "model/MirelAppModel.h"
 
+#include "model/BothOf.h"
 #include "model/RunningCommand.h"
+
+#include <QCoro/QCoroFuture>
+
+#include <cmath>
 
 namespace mirel {
 
-namespace {
-
-constexpr qint64 pageSize = 50;
-
-qint64 resultCount(const LibraryCounts& counts, LibraryFilter filter)
+qint64 MirelAppModel::pageCount(qint64 results, qint64 pageSize)
 {
-    switch (filter) {
-    case LibraryFilter::all:
-        return counts.all;
-    case LibraryFilter::inbox:
-        return counts.inbox;
-    case LibraryFilter::read:
-        return counts.read;
-    case LibraryFilter::favorites:
-        return counts.favorites;
-    case LibraryFilter::archive:
-        return counts.archive;
-    }
-    Q_UNREACHABLE();
+    const double pages =
+        std::ceil(static_cast<double>(results) / static_cast<double>(std::max<qint64>(1, pageSize)));
+    return std::max<qint64>(1, static_cast<qint64>(pages));
 }
 
-struct Listing
+LibraryFilter MirelAppModel::listedFilter() const
 {
-    QList<Bookmark> bookmarks;
-    LibraryCounts counts;
-};
+    return m_selection == SidebarDestination::today ? LibraryFilter::inbox : m_libraryFilter;
+}
 
-} // namespace
-
-qint64 MirelAppModel::pageCount() const
+MirelAppModel::ListedPage MirelAppModel::listedPage() const
 {
-    return std::max<qint64>(1, (m_libraryResultCount + pageSize - 1) / pageSize);
+    return {.filter = listedFilter(),
+            .refinements = m_refinements,
+            .sort = m_librarySort,
+            .page = m_page,
+            .pageSize = m_preferences.pageSize};
 }
 
 QCoro::Task<> MirelAppModel::refreshLibrary()
@@ -43,43 +35,132 @@ QCoro::Task<> MirelAppModel::refreshLibrary()
     if (!m_services.store)
         co_return;
     const RunningCommand running(*this);
+    const bool isFirst = !std::exchange(m_isReadingLibrary, true);
     setLoading(true);
+    if (isFirst) {
+        co_await readLibrary();
+        endLibraryReading();
+        co_return;
+    }
+    if (!m_waitingRefresh) {
+        m_waitingRefresh = std::make_shared<QPromise<void>>();
+        m_waitingRefresh->start();
+    }
+    const QFuture<void> next = m_waitingRefresh->future();
+    co_await next;
+}
+
+void MirelAppModel::endLibraryReading()
+{
+    if (m_waitingRefresh) {
+        readForWaiting(std::exchange(m_waitingRefresh, {}));
+        return;
+    }
+    m_isReadingLibrary = false;
+    Q_EMIT isLoadingChanged();
+}
+
+// All who asked during one reading share the next.
+QCoro::Task<> MirelAppModel::readForWaiting(std::shared_ptr<QPromise<void>> waiting)
+{
+    const RunningCommand running(*this);
+    co_await readLibrary();
+    waiting->finish();
+    endLibraryReading();
+}
+
+QCoro::Task<> MirelAppModel::readLibrary()
+{
     try {
-        const qint64 page = m_page;
-        const LibraryFilter filter = m_libraryFilter;
-        const LibrarySort sort = m_librarySort;
-        Listing listing = co_await m_services.store->call([page, filter, sort](LocalLibraryStore& library) {
-            return Listing{library.listBookmarks(filter, pageSize, page * pageSize, sort),
-                           library.libraryCounts()};
-        });
-        // The user may have gone on while the read ran; the read of the newer place is under way then.
-        if (page != m_page || filter != m_libraryFilter || sort != m_librarySort)
-            co_return;
-        m_counts = listing.counts;
-        m_libraryResultCount = resultCount(listing.counts, filter);
-        if (m_page > pageCount() - 1) {
-            m_page = pageCount() - 1;
-            Q_EMIT placeChanged();
-            co_await refreshLibrary();
-            co_return;
-        }
-        m_hasListingFailed = false;
-        m_bookmarks.setBookmarks(listing.bookmarks);
-        Q_EMIT libraryChanged();
+        bool isDone = false;
+        while (!isDone)
+            isDone = co_await readPage();
     } catch (...) {
+        m_hasLoaded = true;
         m_hasListingFailed = true;
         fail(std::current_exception());
     }
-    m_hasLoaded = true;
     setLoading(false);
-    if (std::exchange(m_reloadsAgain, false))
-        refreshLibrary();
 }
 
-QCoro::Task<> MirelAppModel::openMailbox(LibraryFilter filter)
+// Returns false when there was no such page any more, and the one to read instead is now the current one.
+QCoro::Task<bool> MirelAppModel::readPage()
 {
-    m_libraryFilter = filter;
-    co_await openPage(0);
+    const ListedPage listed = listedPage();
+    const auto search = [listed](LocalLibraryStore& library) {
+        return library.searchBookmarksPage(listed.filter, listed.refinements, listed.pageSize,
+                                           listed.page * listed.pageSize, listed.sort);
+    };
+    auto searching = m_services.store->call(search);
+    auto counting =
+        m_services.store->call([](LocalLibraryStore& library) { return library.libraryCounts(); });
+    const auto [found, counts] = co_await bothOf(std::move(searching), std::move(counting));
+    // The user has gone on, and the reading of the newer place comes next.
+    if (m_waitingRefresh && listed != listedPage())
+        co_return true;
+    const qint64 lastPage = pageCount(found.totalCount, listed.pageSize) - 1;
+    if (m_page > lastPage) {
+        m_page = lastPage;
+        Q_EMIT placeChanged();
+        co_return false;
+    }
+    m_counts = counts;
+    m_libraryResultCount = found.totalCount;
+    m_hasLoaded = true;
+    m_hasListingFailed = false;
+    m_bookmarks.setBookmarks(found.items);
+    dropMissingSelection();
+    showPost();
+    Q_EMIT libraryChanged();
+    co_await reloadReaderBookmark();
+    co_return true;
+}
+
+// A selected row that is gone is no longer selected.
+void MirelAppModel::dropMissingSelection()
+{
+    if (!m_selectedBookmarkID)
+        return;
+    const bool isInReader = m_readerBookmark && m_readerBookmark->id == *m_selectedBookmarkID;
+    if (!isInReader && m_bookmarks.rowOf(*m_selectedBookmarkID) < 0)
+        m_selectedBookmarkID.reset();
+}
+
+QCoro::Task<> MirelAppModel::refreshMedia()
+{
+    if (!m_services.store)
+        co_return;
+    const RunningCommand running(*this);
+    try {
+        const LibraryRefinements withMedia{.media = LibraryMediaRefinement::withMedia};
+        const auto search = [withMedia](LocalLibraryStore& library) {
+            return library.searchAllBookmarks(LibraryFilter::all, withMedia, LibrarySort::newest);
+        };
+        const QList<Bookmark> found = co_await m_services.store->call(search);
+        m_mediaBookmarks.setBookmarks(found);
+        showPost();
+    } catch (...) {
+        fail(std::current_exception());
+    }
+}
+
+QCoro::Task<> MirelAppModel::selectAllLibraryResults()
+{
+    if (!m_services.store)
+        co_return;
+    const RunningCommand running(*this);
+    try {
+        const ListedPage listed = listedPage();
+        const auto search = [listed](LocalLibraryStore& library) {
+            return library.matchingBookmarkIDs(listed.filter, listed.refinements, listed.sort);
+        };
+        const QList<qint64> ids = co_await m_services.store->call(search);
+        m_selectedBookmarkIDs = QSet<qint64>(ids.cbegin(), ids.cend());
+        Q_EMIT selectionChanged();
+        setStatusMessage(QStringLiteral("Selected all %1 matching bookmarks.").arg(ids.size()));
+    } catch (...) {
+        fail(std::current_exception());
+    }
 }
 
 QCoro::Task<> MirelAppModel::setLibrarySort(LibrarySort sort)

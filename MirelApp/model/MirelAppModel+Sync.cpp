@@ -72,18 +72,14 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
     endSync();
 }
 
-// The rows arrive page by page. One reload at a time: pages that come during one share the next.
+// The rows arrive page by page.
 void MirelAppModel::showSyncProgress(const BookmarkSyncProgress& progress)
 {
     if (!m_isSyncing)
         return;
     m_syncProgress = progress;
     Q_EMIT syncChanged();
-    if (progress.created == 0)
-        return;
-    if (m_isLoading)
-        m_reloadsAgain = true;
-    else
+    if (progress.created > 0)
         refreshLibrary();
 }
 

@@ -27,10 +27,27 @@ MirelAppModel::~MirelAppModel() = default;
 QCoro::Task<> MirelAppModel::start()
 {
     const RunningCommand running(*this);
+    co_await readPreferences();
     co_await refreshLibrary();
     co_await refreshSyncRuns();
     // Not awaited: the library is on screen before the keyring, which may ask the user, is touched.
     refreshCredentialState();
+}
+
+// Preferences that cannot be read are the defaults, without a message.
+QCoro::Task<> MirelAppModel::readPreferences()
+{
+    if (!m_services.store)
+        co_return;
+    AppPreferences preferences;
+    try {
+        preferences =
+            co_await m_services.store->call([](LocalLibraryStore& library) { return library.preferences(); });
+    } catch (const std::exception&) {
+        preferences = {};
+    }
+    m_preferences = preferences;
+    Q_EMIT libraryChanged();
 }
 
 QCoro::Task<> MirelAppModel::shutDown()
@@ -98,42 +115,10 @@ void MirelAppModel::dismissStatus()
     Q_EMIT messagesChanged();
 }
 
-void MirelAppModel::requestSync(bool fullScan)
-{
-    syncNow({}, fullScan);
-}
-
 void MirelAppModel::cancelSync()
 {
     if (m_isSyncing)
         endSyncEarly();
-}
-
-void MirelAppModel::requestRefresh()
-{
-    refreshLibrary();
-}
-
-void MirelAppModel::requestNextPage()
-{
-    nextPage();
-}
-
-void MirelAppModel::requestPreviousPage()
-{
-    previousPage();
-}
-
-void MirelAppModel::requestMailbox(const QString& filter)
-{
-    if (const auto mailbox = fromRawValue<LibraryFilter>(filter))
-        openMailbox(*mailbox);
-}
-
-void MirelAppModel::requestSort(const QString& sort)
-{
-    if (const auto order = fromRawValue<LibrarySort>(sort))
-        setLibrarySort(*order);
 }
 
 } // namespace mirel

@@ -3,6 +3,8 @@
 #include "credentials/CredentialVault.h"
 #include "library/LocalLibraryStore.h"
 #include "model/BookmarkListModel.h"
+#include "model/NavigationSnapshot.h"
+#include "presentation/PostPresentation.h"
 #include "support/Serial.h"
 #include "transport/HTTPTransport.h"
 #include "x/MirelSyncService.h"
@@ -10,6 +12,7 @@
 
 #include <QObject>
 #include <QProcessEnvironment>
+#include <QPromise>
 #include <QUuid>
 #include <QVariant>
 
@@ -44,7 +47,17 @@ class MirelAppModel : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(mirel::BookmarkListModel* bookmarks READ bookmarkList CONSTANT)
+    Q_PROPERTY(mirel::BookmarkListModel* mediaBookmarks READ mediaBookmarkList CONSTANT)
+    Q_PROPERTY(QString selection READ selectionName NOTIFY placeChanged)
     Q_PROPERTY(QString libraryFilter READ libraryFilterName NOTIFY placeChanged)
+    // The mailbox that is listed: the inbox on the Today screen.
+    Q_PROPERTY(QString listedFilter READ listedFilterName NOTIFY placeChanged)
+    Q_PROPERTY(QString searchQuery READ searchQuery NOTIFY placeChanged)
+    // Something narrows the mailbox, be it a query or a filter.
+    Q_PROPERTY(bool isRefined READ isRefined NOTIFY placeChanged)
+    Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY historyChanged)
+    // The destination to which goBack() leads; empty when there is none.
+    Q_PROPERTY(QString placeBehind READ placeBehindName NOTIFY historyChanged)
     Q_PROPERTY(QString librarySort READ librarySortName NOTIFY placeChanged)
     // Counted from 0.
     Q_PROPERTY(qint64 page READ page NOTIFY placeChanged)
@@ -58,6 +71,14 @@ class MirelAppModel : public QObject
     Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
     // The last reading of the library failed; `lastError` told why, and older rows may be shown.
     Q_PROPERTY(bool hasListingFailed READ hasListingFailed NOTIFY isLoadingChanged)
+    // The library is being read, or will be once the reading under way has ended.
+    Q_PROPERTY(bool isReadingLibrary READ isReadingLibrary NOTIFY isLoadingChanged)
+    // 0: none.
+    Q_PROPERTY(qint64 selectedBookmarkID READ selectedBookmarkIDNumber NOTIFY selectionChanged)
+    Q_PROPERTY(bool isReaderOpen READ isReaderOpen NOTIFY selectionChanged)
+    // The post of the reader, or else the selected one: a map with the roles of BookmarkListModel and `kind`,
+    // what the post is called, which is empty until it is known. Null when there is none.
+    Q_PROPERTY(QVariant shownPost READ shownPostVariant NOTIFY shownPostChanged)
     Q_PROPERTY(bool isSyncing READ isSyncing NOTIFY syncChanged)
     // A map with the fields of BookmarkSyncProgress while a sync runs, else null.
     Q_PROPERTY(QVariant syncProgress READ syncProgressVariant NOTIFY syncChanged)
@@ -84,13 +105,39 @@ public:
     // Calls to the keyring are given a moment to end.
     QCoro::Task<> shutDown();
 
-    // Reloads the current page and the counts.
-    QCoro::Task<> refreshLibrary();
+    // Goes to a destination of the sidebar, without refinements and from the first page.
+    QCoro::Task<> show(SidebarDestination destination);
     // Shows one mailbox, from its first page.
     QCoro::Task<> openMailbox(LibraryFilter filter);
+    // Shows the library narrowed to one author, label or folder.
+    QCoro::Task<> openLibrary(std::optional<qint64> authorID, std::optional<qint64> tagID,
+                              std::optional<qint64> folderID);
+    // Opens a bookmark in the reader. One that does not exist leaves the reader as it was.
+    QCoro::Task<> openBookmark(qint64 id);
+    // Runs a search expression; the other refinements stay.
+    QCoro::Task<> runSearch(QString query);
+    // The search as one types: the first letter runs a search, the next ones replace its query, so that
+    // going back leads to where the search began.
+    QCoro::Task<> setSearchQuery(QString query);
+    // Searches another mailbox for the same.
+    QCoro::Task<> searchMailbox(LibraryFilter filter);
+    QCoro::Task<> resetRefinements();
+    // Returns to the last place that show(), openMailbox(), openLibrary(), openBookmark() or runSearch()
+    // left; 50 are remembered. Without one it closes the reader.
+    QCoro::Task<> goBack();
+
+    // Reloads the current page and the counts. One reading at a time: calls during a reading share the next
+    // one, and end with it, so that only the newest place is read after the one under way.
+    QCoro::Task<> refreshLibrary();
+    // Reloads all bookmarks with media.
+    QCoro::Task<> refreshMedia();
+    // Selects what the listing holds, on all pages.
+    QCoro::Task<> selectAllLibraryResults();
     QCoro::Task<> setLibrarySort(LibrarySort sort);
     QCoro::Task<> nextPage();
     QCoro::Task<> previousPage();
+    // Highlights one row, or none.
+    void selectBookmark(std::optional<qint64> id);
 
     // Runs a sync. Without a kind it is `initial` on an empty library, else `manual`.
     QCoro::Task<> syncNow(std::optional<SyncRun::Kind> kind, bool fullScan);
@@ -106,24 +153,52 @@ public:
     Q_INVOKABLE void requestRefresh();
     Q_INVOKABLE void requestNextPage();
     Q_INVOKABLE void requestPreviousPage();
-    // Names as in `libraryFilter` and `librarySort`; an unknown one is ignored.
+    // Names as in `selection`, `libraryFilter` and `librarySort`; an unknown one is ignored.
+    Q_INVOKABLE void requestDestination(const QString& destination);
     Q_INVOKABLE void requestMailbox(const QString& filter);
+    Q_INVOKABLE void requestSearchMailbox(const QString& filter);
     Q_INVOKABLE void requestSort(const QString& sort);
+    Q_INVOKABLE void requestSearch(const QString& query);
+    Q_INVOKABLE void requestReset();
+    // 0: none.
+    Q_INVOKABLE void requestSelection(qint64 bookmarkID);
+    Q_INVOKABLE void requestReader(qint64 bookmarkID);
+    Q_INVOKABLE void requestBack();
     Q_INVOKABLE void dismissError();
     Q_INVOKABLE void dismissStatus();
 
     [[nodiscard]] BookmarkListModel* bookmarkList() { return &m_bookmarks; }
     [[nodiscard]] const QList<Bookmark>& bookmarks() const { return m_bookmarks.bookmarks(); }
+    [[nodiscard]] BookmarkListModel* mediaBookmarkList() { return &m_mediaBookmarks; }
+    [[nodiscard]] const QList<Bookmark>& mediaBookmarks() const { return m_mediaBookmarks.bookmarks(); }
+    [[nodiscard]] SidebarDestination selection() const { return m_selection; }
     [[nodiscard]] LibraryFilter libraryFilter() const { return m_libraryFilter; }
+    [[nodiscard]] LibraryFilter listedFilter() const;
+    [[nodiscard]] const LibraryRefinements& refinements() const { return m_refinements; }
+    [[nodiscard]] const QString& searchQuery() const { return m_refinements.query; }
+    [[nodiscard]] bool isRefined() const { return m_refinements != LibraryRefinements{}; }
+    [[nodiscard]] bool canGoBack() const { return !m_navigationHistory.isEmpty(); }
+    // The row that the list highlights.
+    [[nodiscard]] std::optional<qint64> selectedBookmarkID() const { return m_selectedBookmarkID; }
+    // The bookmark of that id, as the reader, the listing or the media list holds it.
+    [[nodiscard]] std::optional<Bookmark> selectedBookmark() const;
+    [[nodiscard]] const std::optional<Bookmark>& readerBookmark() const { return m_readerBookmark; }
+    [[nodiscard]] bool isReaderOpen() const { return m_readerBookmark.has_value(); }
+    // The many on which the bulk commands work; independent of the one highlighted row.
+    [[nodiscard]] const QSet<qint64>& selectedBookmarkIDs() const { return m_selectedBookmarkIDs; }
+    [[nodiscard]] const AppPreferences& preferences() const { return m_preferences; }
     [[nodiscard]] LibrarySort librarySort() const { return m_librarySort; }
     [[nodiscard]] qint64 page() const { return m_page; }
     // At least 1.
-    [[nodiscard]] qint64 pageCount() const;
+    [[nodiscard]] qint64 pageCount() const { return pageCount(m_libraryResultCount, m_preferences.pageSize); }
+    // The pages that `results` take; at least 1, for any size.
+    [[nodiscard]] static qint64 pageCount(qint64 results, qint64 pageSize);
     [[nodiscard]] qint64 libraryResultCount() const { return m_libraryResultCount; }
     [[nodiscard]] const LibraryCounts& counts() const { return m_counts; }
     [[nodiscard]] bool hasLibrary() const { return m_services.store != nullptr; }
     [[nodiscard]] bool hasLoaded() const { return m_hasLoaded; }
     [[nodiscard]] bool isLoading() const { return m_isLoading; }
+    [[nodiscard]] bool isReadingLibrary() const { return m_isReadingLibrary; }
     [[nodiscard]] bool hasListingFailed() const { return m_hasListingFailed; }
     [[nodiscard]] bool isSyncing() const { return m_isSyncing; }
     [[nodiscard]] const std::optional<BookmarkSyncProgress>& syncProgress() const { return m_syncProgress; }
@@ -143,8 +218,11 @@ public:
 
 Q_SIGNALS:
     void placeChanged();
+    void historyChanged();
     void libraryChanged();
     void isLoadingChanged();
+    void selectionChanged();
+    void shownPostChanged();
     void syncChanged();
     void xConfiguredChanged();
     void messagesChanged();
@@ -153,6 +231,23 @@ Q_SIGNALS:
 private:
     class RunningCommand;
 
+    // What one reading of the library lists.
+    struct ListedPage
+    {
+        LibraryFilter filter = LibraryFilter::inbox;
+        LibraryRefinements refinements;
+        LibrarySort sort = LibrarySort::newest;
+        qint64 page = 0;
+        qint64 pageSize = 0;
+
+        friend bool operator==(const ListedPage&, const ListedPage&) = default;
+    };
+
+    [[nodiscard]] QString selectionName() const { return rawValue(m_selection); }
+    [[nodiscard]] QString listedFilterName() const { return rawValue(listedFilter()); }
+    [[nodiscard]] QString placeBehindName() const;
+    [[nodiscard]] qint64 selectedBookmarkIDNumber() const { return m_selectedBookmarkID.value_or(0); }
+    [[nodiscard]] QVariant shownPostVariant() const;
     [[nodiscard]] QString libraryFilterName() const { return rawValue(m_libraryFilter); }
     [[nodiscard]] QString librarySortName() const { return rawValue(m_librarySort); }
     [[nodiscard]] QVariant countsVariant() const { return toJSON(m_counts).toVariant(); }
@@ -168,23 +263,60 @@ private:
     void setXConfigured(bool isConfigured);
     void showSyncProgress(const BookmarkSyncProgress& progress);
     void endSync();
+    QCoro::Task<> readPreferences();
     QCoro::Task<> endRequests();
     QCoro::Task<> endVaultCalls();
     QCoro::Task<> endSyncEarly();
+
+    [[nodiscard]] NavigationSnapshot currentPlace() const;
+    void rememberNavigation();
+    void closeReader();
+    void tellPlace();
+    QCoro::Task<> refreshDestination();
+
+    [[nodiscard]] ListedPage listedPage() const;
     QCoro::Task<> openPage(qint64 page);
+    QCoro::Task<> readLibrary();
+    QCoro::Task<bool> readPage();
+    QCoro::Task<> readForWaiting(std::shared_ptr<QPromise<void>> waiting);
+    void endLibraryReading();
+    void dropMissingSelection();
+
+    [[nodiscard]] std::optional<Bookmark> listedBookmark(qint64 id) const;
+    QCoro::Task<std::optional<Bookmark>> readBookmark(qint64 id);
+    QCoro::Task<> reopenReader(qint64 id);
+    QCoro::Task<> reloadReaderBookmark();
+    void setReaderBookmark(const std::optional<Bookmark>& bookmark);
+    void showPost();
+    QCoro::Task<> presentShownPost();
 
     MirelServices m_services;
+    AppPreferences m_preferences;
     BookmarkListModel m_bookmarks;
-    LibraryFilter m_libraryFilter = LibraryFilter::all;
+    BookmarkListModel m_mediaBookmarks;
+    SidebarDestination m_selection = SidebarDestination::today;
+    LibraryFilter m_libraryFilter = LibraryFilter::inbox;
     LibrarySort m_librarySort = LibrarySort::newest;
+    LibraryRefinements m_refinements;
     qint64 m_page = 0;
     qint64 m_libraryResultCount = 0;
     LibraryCounts m_counts;
     bool m_hasLoaded = false;
     bool m_isLoading = false;
-    // New rows have arrived since the reading under way began.
-    bool m_reloadsAgain = false;
+    bool m_isReadingLibrary = false;
+    // Ends with the reading that follows the one under way; null when nobody waits for it.
+    std::shared_ptr<QPromise<void>> m_waitingRefresh;
     bool m_hasListingFailed = false;
+    std::optional<qint64> m_selectedBookmarkID;
+    QSet<qint64> m_selectedBookmarkIDs;
+    std::optional<Bookmark> m_readerBookmark;
+    // Grows whenever the user opens, closes or changes what is in the reader.
+    quint64 m_readerGeneration = 0;
+    std::optional<Bookmark> m_shownBookmark;
+    std::optional<PostPresentation> m_shownPresentation;
+    bool m_isPresenting = false;
+    // Oldest first.
+    QList<NavigationSnapshot> m_navigationHistory;
     bool m_isSyncing = false;
     std::optional<BookmarkSyncProgress> m_syncProgress;
     // Shared with the sync under way, which ends at its next page once it is true.

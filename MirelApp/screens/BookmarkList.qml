@@ -7,12 +7,28 @@ ListView {
     id: list
 
     required property BookmarkListModel bookmarks
+    // The highlighted row, which the list only asks to change; 0: none.
+    required property double selectedID
+    // Whether the keyboard takes up a row as soon as it comes to the list.
+    property bool takesUpRow: true
     readonly property real rowWidth: Math.min(width - 2 * Measures.small, Measures.widestList)
 
-    signal opened(url address)
+    signal chosen(double bookmarkID)
+    signal opened(double bookmarkID)
+    signal openedOnX(url address)
 
-    function moveBy(rows: int) {
-        currentIndex = Math.max(0, Math.min(count - 1, currentIndex + rows));
+    function choose(row: int) {
+        if (count > 0)
+            chosen(bookmarks.idAt(Math.max(0, Math.min(count - 1, row))));
+    }
+
+    function goToBeginning() {
+        positionViewAtBeginning();
+        contentY = originY - topMargin;
+    }
+
+    function follow() {
+        currentIndex = bookmarks.rowOf(selectedID);
     }
 
     function rowsOfAPage(): int {
@@ -26,7 +42,7 @@ ListView {
     cacheBuffer: 0
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: true
-    keyNavigationEnabled: true
+    keyNavigationEnabled: false
     currentIndex: -1
     highlightMoveDuration: 0
     highlightFollowsCurrentItem: true
@@ -35,30 +51,37 @@ ListView {
     Accessible.role: Accessible.List
     Accessible.name: "Bookmarks"
 
+    onSelectedIDChanged: follow()
     onActiveFocusChanged: {
-        if (activeFocus && currentIndex < 0 && count > 0)
-            currentIndex = Math.max(0, indexAt(width / 2, contentY + Measures.large));
+        if (activeFocus && takesUpRow && currentIndex < 0)
+            choose(indexAt(width / 2, contentY + Measures.large));
     }
 
     Keys.onPressed: event => {
         switch (event.key) {
+        case Qt.Key_Down:
+            list.choose(list.currentIndex + 1);
+            break;
+        case Qt.Key_Up:
+            list.choose(list.currentIndex - 1);
+            break;
         case Qt.Key_Home:
-            list.currentIndex = 0;
-            list.positionViewAtBeginning();
+            list.choose(0);
+            list.goToBeginning();
             break;
         case Qt.Key_End:
-            list.currentIndex = list.count - 1;
+            list.choose(list.count - 1);
             break;
         case Qt.Key_PageDown:
-            list.moveBy(list.rowsOfAPage());
+            list.choose(list.currentIndex + list.rowsOfAPage());
             break;
         case Qt.Key_PageUp:
-            list.moveBy(-list.rowsOfAPage());
+            list.choose(list.currentIndex - list.rowsOfAPage());
             break;
         case Qt.Key_Return:
         case Qt.Key_Enter:
-            if (list.currentItem)
-                list.opened((list.currentItem as BookmarkRow).sourceURL);
+            if (list.currentIndex >= 0)
+                list.opened(list.selectedID);
             break;
         default:
             return;
@@ -78,10 +101,11 @@ ListView {
         isCurrent: ListView.isCurrentItem
         hasKeyboard: ListView.isCurrentItem && list.activeFocus
         onChosen: {
-            list.currentIndex = delegate.index;
+            list.chosen(delegate.bookmarkID);
             list.forceActiveFocus(Qt.MouseFocusReason);
         }
-        onOpened: list.opened(delegate.sourceURL)
+        onOpened: list.opened(delegate.bookmarkID)
+        onOpenedOnX: list.openedOnX(delegate.sourceURL)
         ListView.onPooled: isPooled = true
         ListView.onReused: isPooled = false
     }

@@ -7,6 +7,7 @@ Item {
     id: row
 
     required property int index
+    required property double bookmarkID
     required property double authorID
     required property string authorName
     required property string authorUsername
@@ -29,6 +30,7 @@ Item {
     property bool isCurrent: false
     property bool hasKeyboard: false
     readonly property bool isOnScreen: !isPooled && y < shownBottom && y + height > shownTop
+    readonly property bool isRoomy: width >= Measures.roomyRow
     readonly property bool isHovered: hover.hovered
     readonly property color surface: isCurrent ? Theme.current : isHovered ? Theme.hovered : Theme.surface
     // The quietest colour is only readable on the plain surface.
@@ -36,6 +38,7 @@ Item {
 
     signal chosen
     signal opened
+    signal openedOnX
 
     objectName: "bookmarkRow"
     implicitHeight: content.implicitHeight + 2 * Measures.medium + Measures.hairline
@@ -132,7 +135,7 @@ Item {
 
             RowLayout {
                 Layout.fillWidth: true
-                spacing: Measures.large
+                spacing: row.isRoomy ? Measures.large : Measures.medium
 
                 ColumnLayout {
                     Layout.fillWidth: true
@@ -176,8 +179,9 @@ Item {
                         labels: row.labels
                         metrics: row.metrics
                         quiet: row.quiet
+                        isRoomy: row.isRoomy
                         showsActions: row.isHovered || row.hasKeyboard
-                        onOpened: row.opened()
+                        onOpened: row.openedOnX()
                     }
                 }
 
@@ -185,8 +189,8 @@ Item {
                     Layout.alignment: Qt.AlignTop
                     Layout.topMargin: Measures.tiny
                     Layout.bottomMargin: Measures.tiny
-                    Layout.preferredWidth: Measures.thumbnailWidth
-                    Layout.preferredHeight: Measures.thumbnailHeight
+                    Layout.preferredWidth: row.isRoomy ? Measures.thumbnailWidth : Measures.smallThumbnailWidth
+                    Layout.preferredHeight: row.isRoomy ? Measures.thumbnailHeight : Measures.smallThumbnailHeight
                     media: row.media
                     loads: row.isOnScreen
                     surround: row.surface

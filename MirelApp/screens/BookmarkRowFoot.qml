@@ -9,6 +9,7 @@ Item {
     required property var metrics
     required property color quiet
     required property bool showsActions
+    required property bool isRoomy
 
     signal opened
 
@@ -19,9 +20,9 @@ Item {
 
         anchors.left: parent.left
         anchors.right: open.left
-        anchors.rightMargin: Measures.small
+        anchors.rightMargin: foot.isRoomy ? Measures.small : 0
         anchors.verticalCenter: parent.verticalCenter
-        spacing: Measures.medium
+        spacing: foot.isRoomy ? Measures.medium : Measures.small
 
         Repeater {
             model: foot.labels

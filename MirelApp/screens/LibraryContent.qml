@@ -1,12 +1,19 @@
 import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import QtQuick.Templates as T
 import Mirel.Screens
 
-// The rows, or what stands in their place.
+// The rows with a preview of the selected one where there is room, or what stands in their place.
 Rectangle {
     id: content
 
     required property MirelAppModel appModel
+    // Of the rows beside a preview, as the user drags it.
+    property real listWidth: Measures.listColumn
+    readonly property bool hasPreview: width >= Measures.narrowestListColumn + Measures.narrowestPreview
     readonly property bool isEmptyLibrary: appModel.counts.all === 0
+    readonly property bool isNoMatch: appModel.isRefined && !isEmptyLibrary
     readonly property string shown: {
         if (!appModel.hasLibrary)
             return "unavailable";
@@ -17,21 +24,82 @@ Rectangle {
         return appModel.hasListingFailed ? "failed" : "empty";
     }
 
-    signal opened(url address)
+    signal openedOnX(url address)
 
-    function focusRows() {
+    // Brings the keyboard to the rows; without a current one it takes up the first if `takesUpRow`.
+    function focusRows(takesUpRow: bool) {
+        list.takesUpRow = takesUpRow;
         list.forceActiveFocus(Qt.OtherFocusReason);
+        list.takesUpRow = true;
     }
 
     color: Theme.surface
 
-    BookmarkList {
-        id: list
+    SplitView {
+        id: columns
 
         anchors.fill: parent
         visible: content.shown === "rows"
-        bookmarks: content.appModel.bookmarks
-        onOpened: address => content.opened(address)
+
+        handle: Rectangle {
+            id: grip
+
+            implicitWidth: Measures.hairline
+            color: T.SplitHandle.pressed || T.SplitHandle.hovered ? Theme.tint : Theme.border
+            containmentMask: Item {
+                x: -Measures.tiny
+                width: 2 * Measures.tiny + Measures.hairline
+                height: grip.height
+            }
+        }
+
+        ColumnLayout {
+            id: listColumn
+
+            SplitView.preferredWidth: content.listWidth
+            SplitView.minimumWidth: content.hasPreview ? Measures.narrowestListColumn : 0
+            SplitView.maximumWidth: content.hasPreview ? Math.min(Measures.widestListColumn, content.width - Measures.narrowestPreview) :
+                                                         Infinity
+            SplitView.fillWidth: !content.hasPreview
+            spacing: 0
+            onWidthChanged: {
+                if (columns.resizing)
+                    content.listWidth = width;
+            }
+
+            BookmarkList {
+                id: list
+
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                bookmarks: content.appModel.bookmarks
+                selectedID: content.appModel.selectedBookmarkID // qmllint disable
+                onChosen: bookmarkID => content.appModel.requestSelection(bookmarkID)
+                onOpened: bookmarkID => content.appModel.requestReader(bookmarkID)
+                onOpenedOnX: address => content.openedOnX(address)
+            }
+
+            Hairline {
+                visible: paging.visible
+            }
+
+            PagingBar {
+                id: paging
+
+                Layout.fillWidth: true
+                appModel: content.appModel
+            }
+        }
+
+        Loader {
+            SplitView.fillWidth: true
+            SplitView.minimumWidth: Measures.narrowestPreview
+            visible: content.hasPreview
+            active: visible && !content.appModel.isReaderOpen
+            sourceComponent: PostPane {
+                appModel: content.appModel // qmllint disable unqualified
+            }
+        }
     }
 
     SkeletonList {
@@ -43,8 +111,8 @@ Rectangle {
         objectName: "emptyState"
         anchors.fill: parent
         visible: content.shown === "empty"
-        symbol: "bookmark"
-        title: "No bookmarks"
+        symbol: content.isNoMatch ? "search" : "bookmark"
+        title: content.isNoMatch ? "No search results" : "No bookmarks"
         explanation: content.appModel.xConfigured || !content.isEmptyLibrary ? "Sync X or adjust the current filters." :
                                                                                "Add your X connection in Settings, then sync."
         commandHint: command === "" ? "" : "Until Mirel has its Settings, import the connection in a terminal. The file README.md tells what to put into credentials.json."
@@ -52,14 +120,24 @@ Rectangle {
                                                                            "Mirel --import-credentials-stdin < credentials.json"
 
         PushButton {
+            objectName: "clearRefinements"
+            isPrimary: true
+            visible: content.isNoMatch
+            text: "Clear"
+            tip: "Shows what the search and the filters hide"
+            onClicked: content.appModel.requestReset()
+        }
+
+        PushButton {
             objectName: "showAll"
-            visible: content.appModel.libraryFilter !== "all"
+            visible: content.appModel.listedFilter !== "all" && !content.isNoMatch && !content.isEmptyLibrary
             text: "Show All Bookmarks"
             onClicked: content.appModel.requestMailbox("all")
         }
 
         PushButton {
             objectName: "emptySync"
+            visible: !content.isNoMatch
             isPrimary: true
             enabled: !content.appModel.isSyncing
             symbol: "refresh-cw"
@@ -105,7 +183,7 @@ Rectangle {
         }
     }
 
-    // Another page, mailbox or order begins at its top.
+    // Another page, mailbox or order begins at its top, unless it holds the selected row.
     Connections {
         property bool isTurning: false
 
@@ -119,8 +197,15 @@ Rectangle {
             if (!isTurning)
                 return;
             isTurning = false;
-            list.currentIndex = list.activeFocus ? 0 : -1;
-            list.positionViewAtBeginning();
+            list.follow();
+            if (list.currentIndex < 0 && list.activeFocus) {
+                list.choose(0);
+                list.goToBeginning();
+            }
+            if (list.currentIndex >= 0)
+                list.positionViewAtIndex(list.currentIndex, ListView.Contain);
+            else
+                list.goToBeginning();
         }
     }
 }

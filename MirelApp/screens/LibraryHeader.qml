@@ -2,20 +2,41 @@ import QtQuick
 import QtQuick.Layouts
 import Mirel.Screens
 
-// What the list shows, in which order, and the way to more of it.
+// What the list shows, in which order, and the ways to something else.
 RowLayout {
     id: header
 
     required property MirelAppModel appModel
     required property string title
+    readonly property bool isRoomy: width >= Measures.roomyHeader
+
+    signal leftSearch
+
+    function focusSearch() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason);
+        search.selectAll();
+    }
 
     spacing: Measures.small
 
+    IconButton {
+        objectName: "goBack"
+        visible: header.appModel.canGoBack
+        symbol: "arrow-left"
+        text: "Back (Alt+Left)"
+        Accessible.name: "Back"
+        onClicked: header.appModel.requestBack()
+    }
+
     ColumnLayout {
         Layout.fillWidth: true
+        Layout.leftMargin: header.appModel.canGoBack ? 0 : Measures.small
+        Layout.minimumWidth: Math.min(title.implicitWidth, Measures.headerTitle)
         spacing: 0
 
         PlainLabel {
+            id: title
+
             objectName: "libraryTitle"
             Layout.fillWidth: true
             text: header.title
@@ -35,6 +56,20 @@ RowLayout {
         }
     }
 
+    SearchField {
+        id: search
+
+        Layout.fillWidth: true
+        Layout.minimumWidth: Measures.narrowestSearch
+        Layout.maximumWidth: Measures.searchWidth
+        Layout.preferredWidth: Measures.searchWidth
+        enabled: header.appModel.hasLibrary
+        query: header.appModel.searchQuery
+        isBusy: header.appModel.isReadingLibrary && header.appModel.selection === "search"
+        onEdited: query => header.appModel.requestSearch(query)
+        onFinished: header.leftSearch()
+    }
+
     SortPicker {
         enabled: header.appModel.hasLibrary
         sort: header.appModel.librarySort
@@ -42,6 +77,7 @@ RowLayout {
     }
 
     SyncButton {
+        isCompact: !header.isRoomy
         enabled: header.appModel.hasLibrary && !header.appModel.isSyncing
         onSyncRequested: fullScan => header.appModel.requestSync(fullScan)
     }

@@ -8,6 +8,25 @@ ApplicationWindow {
     id: main
 
     required property MirelAppModel appModel
+    // Kept between two runs.
+    property alias listWidth: content.listWidth
+
+    readonly property bool isReaderOpen: appModel.isReaderOpen
+
+    onIsReaderOpenChanged: {
+        if (!isReaderOpen)
+            content.focusRows(false);
+    }
+
+    function search() {
+        if (appModel.isReaderOpen)
+            appModel.requestDestination("search");
+        header.focusSearch();
+    }
+
+    function openOnX() {
+        Qt.openUrlExternally(appModel.shownPost.sourceURL);
+    }
 
     objectName: "main"
     title: "Mirel"
@@ -36,14 +55,50 @@ ApplicationWindow {
     }
 
     Shortcut {
-        sequences: ["Alt+Left"]
-        enabled: main.appModel.page > 0 // qmllint disable
+        sequences: ["Ctrl+1"]
+        enabled: main.appModel.hasLibrary
+        onActivated: main.appModel.requestDestination("today")
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+2"]
+        enabled: main.appModel.hasLibrary
+        onActivated: main.appModel.requestDestination("library")
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+F"]
+        enabled: main.appModel.hasLibrary
+        onActivated: main.search()
+    }
+
+    Shortcut {
+        sequences: ["Alt+Left", "Back"]
+        enabled: main.appModel.canGoBack || main.isReaderOpen
+        onActivated: main.appModel.requestBack()
+    }
+
+    Shortcut {
+        sequences: ["Esc"]
+        enabled: main.isReaderOpen
+        onActivated: main.appModel.requestBack()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+Return", "Ctrl+Enter"]
+        enabled: main.appModel.shownPost !== null
+        onActivated: main.openOnX()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+PgUp"]
+        enabled: !main.isReaderOpen && main.appModel.page > 0 // qmllint disable
         onActivated: main.appModel.requestPreviousPage()
     }
 
     Shortcut {
-        sequences: ["Alt+Right"]
-        enabled: main.appModel.page + 1 < main.appModel.pageCount // qmllint disable
+        sequences: ["Ctrl+PgDown"]
+        enabled: !main.isReaderOpen && main.appModel.page + 1 < main.appModel.pageCount // qmllint disable
         onActivated: main.appModel.requestNextPage()
     }
 
@@ -56,12 +111,13 @@ ApplicationWindow {
         anchors.fill: parent
         spacing: 0
 
-        MailboxSidebar {
+        Sidebar {
             id: sidebar
 
             Layout.fillHeight: true
             appModel: main.appModel
             isFolded: main.width < Measures.foldingWidth
+            onSearchRequested: header.focusSearch()
         }
 
         Rectangle {
@@ -76,27 +132,64 @@ ApplicationWindow {
             spacing: 0
 
             LibraryHeader {
+                id: header
+
                 Layout.fillWidth: true
                 Layout.preferredHeight: Measures.barHeight
-                Layout.leftMargin: Measures.huge
+                Layout.leftMargin: Measures.large
                 Layout.rightMargin: Measures.large
+                visible: !main.isReaderOpen
                 appModel: main.appModel
                 title: sidebar.currentTitle
+                onLeftSearch: content.focusRows(true)
+            }
+
+            ReaderHeader {
+                Layout.fillWidth: true
+                Layout.preferredHeight: Measures.barHeight
+                Layout.leftMargin: Measures.large
+                Layout.rightMargin: Measures.large
+                visible: main.isReaderOpen
+                appModel: main.appModel
+                origin: sidebar.titleOf(main.appModel.placeBehind)
+                onOpenedOnX: main.openOnX()
             }
 
             Hairline {}
+
+            SearchScopeBar {
+                Layout.fillWidth: true
+                visible: !main.isReaderOpen && main.appModel.selection === "search" && main.appModel.searchQuery !== ""
+                         && main.appModel.listedFilter !== "all"
+                mailbox: sidebar.currentMailbox
+                onWidened: main.appModel.requestSearchMailbox("all")
+            }
 
             LibraryContent {
                 id: content
 
                 Layout.fillWidth: true
                 Layout.fillHeight: true
+                visible: !main.isReaderOpen
                 appModel: main.appModel
-                onOpened: address => Qt.openUrlExternally(address)
+                onOpenedOnX: address => Qt.openUrlExternally(address)
+            }
+
+            Loader {
+                id: reader
+
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                visible: main.isReaderOpen
+                active: visible
+                sourceComponent: PostPane {
+                    appModel: main.appModel // qmllint disable unqualified
+                }
+                onLoaded: (item as PostPane).forceActiveFocus(Qt.OtherFocusReason)
             }
 
             Hairline {
-                visible: sync.visible || status.visible || paging.visible
+                visible: sync.visible || status.visible
             }
 
             SyncProgressBar {
@@ -112,17 +205,6 @@ ApplicationWindow {
                 Layout.fillWidth: true
                 appModel: main.appModel
                 errorIsShownElsewhere: content.shown === "unavailable" || content.shown === "failed"
-            }
-
-            Hairline {
-                visible: paging.visible && (sync.visible || status.visible)
-            }
-
-            PagingBar {
-                id: paging
-
-                Layout.fillWidth: true
-                appModel: main.appModel
             }
         }
     }

@@ -17,6 +17,7 @@ QtObject {
     // The heights of lines, whatever the script: 1.35 times the size of the type in lists, 1.55 when reading.
     readonly property int controlLine: Math.ceil(controlText * 1.35)
     readonly property int postLine: Math.ceil(postText * 1.35)
+    readonly property int titleLine: Math.ceil(titleText * 1.35)
     readonly property int readingLine: Math.ceil(readingText * 1.55)
 
     readonly property int emphasis: Font.Medium
@@ -43,10 +44,26 @@ QtObject {
     readonly property int thumbnailWidth: Math.round(112 * scale)
     readonly property int thumbnailHeight: Math.round(84 * scale)
 
+    // In rows that are narrower than `roomyRow`.
+    readonly property int roomyRow: Math.round(560 * scale)
+    readonly property int smallThumbnailWidth: Math.round(80 * scale)
+    readonly property int smallThumbnailHeight: Math.round(60 * scale)
+
     readonly property int sidebarWidth: Math.round(216 * scale)
     readonly property int foldedSidebarWidth: Math.round(56 * scale)
     // Below this width of the window the sidebar folds.
     readonly property int foldingWidth: Math.round(960 * scale)
     readonly property int widestList: Math.round(880 * scale)
+    // Of the list beside a preview; without room for both there is no preview.
+    readonly property int narrowestListColumn: Math.round(360 * scale)
+    readonly property int listColumn: Math.round(440 * scale)
+    readonly property int widestListColumn: Math.round(520 * scale)
+    readonly property int narrowestPreview: Math.round(400 * scale)
+    readonly property int headerTitle: Math.round(120 * scale)
+    readonly property int searchWidth: Math.round(400 * scale)
+    readonly property int narrowestSearch: Math.round(120 * scale)
+    // Below this width of a header its controls are icons.
+    readonly property int roomyHeader: Math.round(760 * scale)
+    readonly property int tallestPicture: Math.round(480 * scale)
     readonly property int readingWidth: Math.round(680 * scale)
 }

@@ -23,7 +23,7 @@ Rectangle {
             symbol: "chevron-left"
             text: "Previous"
             enabled: bar.appModel.page > 0 // qmllint disable
-            tip: "Previous page (Alt+Left)"
+            tip: "Previous page (Ctrl+Page Up)"
             onClicked: bar.appModel.requestPreviousPage()
         }
 
@@ -43,7 +43,7 @@ Rectangle {
             symbolFollowsText: true
             text: "Next"
             enabled: bar.appModel.page + 1 < bar.appModel.pageCount // qmllint disable
-            tip: "Next page (Alt+Right)"
+            tip: "Next page (Ctrl+Page Down)"
             onClicked: bar.appModel.requestNextPage()
         }
     }

@@ -5,6 +5,9 @@ import Mirel.Screens
 Row {
     id: button
 
+    // Only the icons.
+    property bool isCompact: false
+
     signal syncRequested(bool fullScan)
 
     spacing: 0
@@ -16,7 +19,8 @@ Row {
         joinsRight: true
         isPrimary: true
         symbol: "refresh-cw"
-        text: "Quick Sync"
+        text: button.isCompact ? "" : "Quick Sync"
+        Accessible.name: "Quick Sync"
         tip: "Quick Sync checks recent pages. Use the menu for a full X scan. (Ctrl+R)"
         onClicked: button.syncRequested(false)
     }

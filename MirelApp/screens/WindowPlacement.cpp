@@ -9,6 +9,8 @@ namespace {
 
 const QString geometryKey = QStringLiteral("window/geometry");
 const QString maximizedKey = QStringLiteral("window/isMaximized");
+const QString listWidthKey = QStringLiteral("window/listWidth");
+constexpr auto listWidthProperty = "listWidth";
 
 // Enough of the window lies on a screen to be taken hold of.
 bool isReachable(const QRect& geometry)
@@ -56,6 +58,8 @@ void WindowPlacement::restore()
         m_normalGeometry = geometry;
         m_window.setGeometry(geometry);
     }
+    if (const double listWidth = m_settings.value(listWidthKey).toDouble(); listWidth > 0)
+        m_window.setProperty(listWidthProperty, listWidth);
     m_isMaximized = m_settings.value(maximizedKey).toBool();
     if (m_isMaximized)
         m_window.setWindowState(Qt::WindowMaximized);
@@ -65,6 +69,8 @@ void WindowPlacement::save()
 {
     m_settings.setValue(geometryKey, m_normalGeometry);
     m_settings.setValue(maximizedKey, m_isMaximized);
+    if (const QVariant listWidth = m_window.property(listWidthProperty); listWidth.isValid())
+        m_settings.setValue(listWidthKey, listWidth.toDouble());
 }
 
 } // namespace mirel

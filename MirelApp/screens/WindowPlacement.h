@@ -6,7 +6,8 @@
 
 namespace mirel {
 
-// Keeps the size and the place of a window between two runs.
+// Keeps the size and the place of a window, and the width of its list when it has the property `listWidth`,
+// between two runs.
 class WindowPlacement : public QObject
 {
 public:

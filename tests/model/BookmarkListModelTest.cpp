@@ -47,6 +47,22 @@ TEST_F(BookmarkList, ShowsItsBookmarksInOrder)
     EXPECT_EQ(role(2, BookmarkListModel::BookmarkIDRole), 2);
 }
 
+TEST_F(BookmarkList, FindsTheRowOfABookmark)
+{
+    model.setBookmarks(makeBookmarks({3, 1, 2}));
+    EXPECT_EQ(model.rowOf(1), 1);
+    EXPECT_EQ(model.rowOf(7), -1);
+}
+
+TEST_F(BookmarkList, GivesTheValuesOfOneBookmarkByTheNamesOfItsRoles)
+{
+    const QVariantMap values = BookmarkListModel::values(makeBookmark(3, QStringLiteral("A &amp; B")));
+    EXPECT_EQ(values.size(), model.roleNames().size());
+    EXPECT_EQ(values[QStringLiteral("bookmarkID")], 3);
+    EXPECT_EQ(values[QStringLiteral("text")], QStringLiteral("A & B"));
+    EXPECT_EQ(values[QStringLiteral("authorInitials")], QStringLiteral("AL"));
+}
+
 TEST_F(BookmarkList, AnUnchangedListSendsNoSignal)
 {
     model.setBookmarks(makeBookmarks({3, 1, 2}));

@@ -88,6 +88,247 @@ TEST_F(LibraryState, AMailboxAndASortBeginAtTheFirstPage)
     EXPECT_EQ(model->libraryResultCount(), 1);
 }
 
+TEST_F(LibraryState, BeginsOnTheTodayScreenWithTheInboxAndNothingSelected)
+{
+    makeModel();
+    EXPECT_EQ(model->selection(), SidebarDestination::today);
+    EXPECT_EQ(model->libraryFilter(), LibraryFilter::inbox);
+    EXPECT_EQ(model->librarySort(), LibrarySort::newest);
+    EXPECT_EQ(model->refinements(), LibraryRefinements{});
+    EXPECT_EQ(model->page(), 0);
+    EXPECT_EQ(model->libraryResultCount(), 0);
+    EXPECT_TRUE(model->bookmarks().isEmpty());
+    EXPECT_TRUE(model->mediaBookmarks().isEmpty());
+    EXPECT_EQ(model->counts(), LibraryCounts{});
+    EXPECT_EQ(model->selectedBookmarkID(), std::nullopt);
+    EXPECT_EQ(model->readerBookmark(), std::nullopt);
+    EXPECT_TRUE(model->selectedBookmarkIDs().isEmpty());
+    EXPECT_EQ(model->preferences(), AppPreferences{});
+    EXPECT_FALSE(model->isLoading());
+    EXPECT_FALSE(model->canGoBack());
+}
+
+TEST_F(LibraryState, CountsPagesByRoundingUpAndNeverDividesByZero)
+{
+    struct Row
+    {
+        qint64 results;
+        qint64 pageSize;
+        qint64 pages;
+    };
+    for (const Row& row : {Row{0, 50, 1}, Row{1, 50, 1}, Row{50, 50, 1}, Row{51, 50, 2}, Row{120, 50, 3},
+                           Row{3, 0, 3}, Row{0, 0, 1}, Row{7, -4, 7}})
+        EXPECT_EQ(MirelAppModel::pageCount(row.results, row.pageSize), row.pages)
+            << row.results << " results on pages of " << row.pageSize;
+}
+
+TEST_F(LibraryState, ADeletedLastPageIsReadAgainAsTheNewLastOne)
+{
+    startWith(104);
+    blockOn(model->nextPage());
+    blockOn(model->nextPage());
+    ASSERT_EQ(model->bookmarks().size(), 4);
+    const auto writing = library.open();
+    for (const Bookmark& bookmark : model->bookmarks())
+        writing->deleteBookmarkLocally(bookmark.id);
+    QSignalSpy shown(model.get(), &MirelAppModel::libraryChanged);
+    blockOn(model->refreshLibrary());
+    EXPECT_EQ(shown.size(), 1) << "the page that is gone is not shown";
+    EXPECT_EQ(model->page(), 1);
+    EXPECT_EQ(model->libraryResultCount(), 100);
+    EXPECT_EQ(model->bookmarks().constLast().text, QStringLiteral("Post number 5"));
+    EXPECT_FALSE(model->isLoading());
+}
+
+TEST_F(LibraryState, AnEmptiedLibraryStepsBackToItsFirstPage)
+{
+    startWith(51);
+    blockOn(model->nextPage());
+    library.open()->purgeAllLocalData();
+    blockOn(model->refreshLibrary());
+    EXPECT_EQ(model->page(), 0);
+    EXPECT_EQ(model->pageCount(), 1);
+    EXPECT_TRUE(model->bookmarks().isEmpty());
+}
+
+TEST_F(LibraryState, ReloadsThePageAlsoWhenThereIsNoOtherOne)
+{
+    startWith(3);
+    store(4, 4);
+    blockOn(model->nextPage());
+    EXPECT_EQ(model->page(), 0);
+    EXPECT_EQ(model->bookmarks().size(), 4);
+    store(5, 5);
+    blockOn(model->previousPage());
+    EXPECT_EQ(model->bookmarks().size(), 5);
+    EXPECT_FALSE(model->canGoBack()) << "paging is no place to return to";
+}
+
+TEST_F(LibraryState, TodayListsTheInboxWhateverTheMailbox)
+{
+    startWith(3);
+    change(idOf(2), false, true, false);
+    blockOn(model->openMailbox(LibraryFilter::favorites));
+    EXPECT_EQ(shownTexts(), QStringList{QStringLiteral("Post number 2")});
+    blockOn(model->show(SidebarDestination::today));
+    EXPECT_EQ(model->listedFilter(), LibraryFilter::inbox);
+    EXPECT_EQ(shownTexts(), (QStringList{QStringLiteral("Post number 3"), QStringLiteral("Post number 1")}));
+}
+
+TEST_F(LibraryState, ARefreshKeepsTheSelectedRowThatIsStillThere)
+{
+    startWith(3);
+    const qint64 id = idOf(2);
+    model->selectBookmark(id);
+    blockOn(model->refreshLibrary());
+    EXPECT_EQ(model->selectedBookmarkID(), id);
+    EXPECT_EQ(model->selectedBookmark()->id, id);
+    library.open()->deleteBookmarkLocally(id);
+    blockOn(model->refreshLibrary());
+    EXPECT_EQ(model->selectedBookmarkID(), std::nullopt);
+    EXPECT_EQ(model->selectedBookmark(), std::nullopt);
+    EXPECT_EQ(model->lastError(), std::nullopt) << "a row that disappears says nothing";
+}
+
+TEST_F(LibraryState, ARefreshKeepsASelectedRowOfAnotherPageWhileItIsInTheReader)
+{
+    startWith(60);
+    const qint64 id = idOf(60);
+    blockOn(model->openBookmark(id));
+    blockOn(model->nextPage());
+    EXPECT_EQ(model->selectedBookmarkID(), id);
+    ASSERT_TRUE(model->readerBookmark());
+    EXPECT_EQ(model->readerBookmark()->id, id);
+}
+
+TEST_F(LibraryState, SelectsTheResultsOfAllPages)
+{
+    startWith(120);
+    model->selectBookmark(idOf(120));
+    blockOn(model->selectAllLibraryResults());
+    EXPECT_EQ(model->selectedBookmarkIDs().size(), 120);
+    EXPECT_EQ(model->statusMessage(), QStringLiteral("Selected all 120 matching bookmarks."));
+    EXPECT_EQ(model->selectedBookmarkID(), idOf(120)) << "the two selections are independent";
+}
+
+TEST_F(LibraryState, SelectsOnlyWhatTheListingHolds)
+{
+    startWith(3);
+    change(idOf(3), false, false, true);
+    blockOn(model->selectAllLibraryResults());
+    EXPECT_EQ(model->selectedBookmarkIDs().size(), 2) << "the inbox";
+    blockOn(model->openLibrary(model->bookmarks().first().author.id + 1, {}, {}));
+    blockOn(model->selectAllLibraryResults());
+    EXPECT_TRUE(model->selectedBookmarkIDs().isEmpty());
+    EXPECT_EQ(model->statusMessage(), QStringLiteral("Selected all 0 matching bookmarks."));
+}
+
+TEST_F(LibraryState, ASelectionThatCannotBeReadKeepsTheOldOne)
+{
+    startWith(3);
+    blockOn(model->selectAllLibraryResults());
+    model->dismissStatus();
+    library.connect()->execute("ALTER TABLE bookmarks RENAME TO lost");
+    blockOn(model->selectAllLibraryResults());
+    EXPECT_TRUE(model->lastError());
+    EXPECT_EQ(model->statusMessage(), std::nullopt);
+    EXPECT_EQ(model->selectedBookmarkIDs().size(), 3);
+}
+
+TEST_F(LibraryState, AMediaListThatCannotBeReadKeepsItsRows)
+{
+    startWith(3);
+    blockOn(model->refreshMedia());
+    const QList<Bookmark> before = model->mediaBookmarks();
+    library.connect()->execute("ALTER TABLE bookmarks RENAME TO lost");
+    blockOn(model->refreshMedia());
+    EXPECT_TRUE(model->lastError());
+    EXPECT_EQ(model->mediaBookmarks(), before);
+}
+
+TEST_F(LibraryState, TheLaterOfTwoFailuresIsTheOneToRead)
+{
+    startWith(3);
+    library.connect()->execute("UPDATE bookmarks SET media_json = '' WHERE id = 2");
+    blockOn(model->refreshLibrary());
+    const auto first = model->lastError();
+    ASSERT_TRUE(first);
+    library.connect()->execute("ALTER TABLE bookmarks RENAME TO lost");
+    blockOn(model->refreshLibrary());
+    EXPECT_NE(model->lastError(), first);
+}
+
+TEST_F(LibraryState, SharesOneReadingAmongAllWhoAskDuringAnother)
+{
+    startWith(3);
+    testing::HeldLibrary held(*model);
+    QSignalSpy shown(model.get(), &MirelAppModel::libraryChanged);
+    std::vector<QCoro::Task<>> refreshes;
+    for (int call = 0; call < 20; ++call)
+        refreshes.push_back(model->refreshLibrary());
+    EXPECT_TRUE(model->isLoading());
+    EXPECT_TRUE(model->isReadingLibrary());
+    store(4, 4);
+    held.release();
+    for (auto& refresh : refreshes)
+        blockOn(std::move(refresh));
+    EXPECT_EQ(shown.size(), 2);
+    EXPECT_EQ(model->bookmarks().size(), 4);
+    EXPECT_FALSE(model->isLoading());
+    EXPECT_FALSE(model->isReadingLibrary());
+}
+
+TEST_F(LibraryState, NeverShowsAPlaceThatTheUserHasLeft)
+{
+    startWith(60);
+    change(idOf(60), false, true, false);
+    testing::HeldLibrary held(*model);
+    QStringList shown;
+    QObject::connect(model.get(), &MirelAppModel::libraryChanged,
+                     [&] { shown.append(model->bookmarks().constFirst().text); });
+    auto first = model->openMailbox(LibraryFilter::all);
+    auto second = model->setLibrarySort(LibrarySort::oldest);
+    auto third = model->openMailbox(LibraryFilter::favorites);
+    held.release();
+    blockOn(std::move(first));
+    blockOn(std::move(second));
+    blockOn(std::move(third));
+    EXPECT_EQ(shown, QStringList{QStringLiteral("Post number 60")}) << "only the last place is shown";
+    EXPECT_EQ(model->libraryResultCount(), 1);
+}
+
+TEST_F(LibraryState, ReadsOnlyTheNewestOfTheSearchesThatPileUp)
+{
+    startWith(3);
+    testing::HeldLibrary held(*model);
+    int readings = 0;
+    QObject::connect(model.get(), &MirelAppModel::isLoadingChanged,
+                     [&] { readings += model->isReadingLibrary() && !model->isLoading() ? 1 : 0; });
+    const QString typed = QStringLiteral("a long query");
+    for (qsizetype length = 1; length <= typed.size(); ++length)
+        model->requestSearch(typed.left(length));
+    held.release();
+    blockOn(model->shutDown());
+    EXPECT_EQ(readings, 2) << "the first one, which was under way, and the last";
+    EXPECT_EQ(model->refinements().query, typed);
+    EXPECT_FALSE(model->isReadingLibrary());
+}
+
+TEST_F(LibraryState, AFailureDoesNotKeepTheNextReadingFromComing)
+{
+    startWith(3);
+    library.connect()->execute("UPDATE bookmarks SET media_json = '' WHERE id = 2");
+    testing::HeldLibrary held(*model);
+    auto first = model->refreshLibrary();
+    auto second = model->openMailbox(LibraryFilter::archive);
+    held.release();
+    blockOn(std::move(first));
+    EXPECT_TRUE(model->lastError());
+    blockOn(std::move(second));
+    EXPECT_FALSE(model->hasListingFailed());
+    EXPECT_EQ(model->libraryResultCount(), 0);
+}
+
 TEST_F(LibraryState, TheCommandsOfTheScreensReachTheSameState)
 {
     store(1, 60);
@@ -100,7 +341,7 @@ TEST_F(LibraryState, TheCommandsOfTheScreensReachTheSameState)
     model->requestMailbox(QStringLiteral("nowhere"));
     blockOn(model->shutDown());
     EXPECT_EQ(model->librarySort(), LibrarySort::oldest);
-    EXPECT_EQ(model->libraryFilter(), LibraryFilter::all);
+    EXPECT_EQ(model->libraryFilter(), LibraryFilter::inbox);
     EXPECT_EQ(model->page(), 1);
     EXPECT_EQ(model->bookmarks().first().text, QStringLiteral("Post number 51"));
     EXPECT_FALSE(model->isLoading());

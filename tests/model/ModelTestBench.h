@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/HeldLibrary.h"
 #include "testing/TemporaryLibrary.h"
 #include "x/FakeX.h"
 
@@ -47,6 +48,32 @@ protected:
                                                       library.clock.clock());
         });
         model = std::make_unique<MirelAppModel>(std::move(services));
+    }
+
+    // Fills the library, makes the model, and starts it.
+    void startWith(int posts)
+    {
+        store(1, posts);
+        makeModel();
+        blockOn(model->start());
+    }
+
+    // The id of the post of that number among the rows of the current page.
+    qint64 idOf(int number) const
+    {
+        const QString text = QStringLiteral("Post number %1").arg(number);
+        for (const Bookmark& bookmark : model->bookmarks()) {
+            if (bookmark.text == text)
+                return bookmark.id;
+        }
+        ADD_FAILURE() << "no row is post number " << number;
+        return 0;
+    }
+
+    // Writes to the library as another part of the program does.
+    void change(qint64 id, bool isRead, bool isFavorite, bool isArchived)
+    {
+        library.open()->updateLocalState(id, {}, isRead, isFavorite, isArchived);
     }
 
     QStringList shownTexts() const

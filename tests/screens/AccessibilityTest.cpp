@@ -34,11 +34,29 @@ TEST_F(Accessibility, EveryControlHasANameAndARole)
 {
     fill(inventedPosts());
     openWindow();
-    // Five mailboxes, the order, two ways to sync, the list.
-    EXPECT_GE(expectNames(window().contentItem()), 9);
+    // Three places, five mailboxes, the search, the order, two ways to sync, the list.
+    EXPECT_GE(expectNames(window().contentItem()), 13);
     click(visible("syncMenuButton"));
     ASSERT_TRUE(eventually([this] { return visible("fullSyncItem") != nullptr; }));
-    EXPECT_GE(expectNames(window().contentItem()), 11);
+    EXPECT_GE(expectNames(window().contentItem()), 15);
+}
+
+TEST_F(Accessibility, TheControlsOfASearchAndOfTheReaderHaveNamesToo)
+{
+    fillWithNumberedPosts(3);
+    openWindow();
+    const QAccessibleInterface* const field = QAccessible::queryAccessibleInterface(visible("searchField"));
+    ASSERT_NE(field, nullptr);
+    EXPECT_EQ(field->role(), QAccessible::EditableText);
+    EXPECT_EQ(field->text(QAccessible::Name), QStringLiteral("Search"));
+    blockOn(model->setSearchQuery(QStringLiteral("number")));
+    expectNames(window().contentItem());
+    blockOn(model->openBookmark(model->bookmarks().first().id));
+    ASSERT_TRUE(eventually([this] { return visible("leaveReader") != nullptr; }));
+    expectNames(window().contentItem());
+    const QAccessibleInterface* const pane = QAccessible::queryAccessibleInterface(visible("postPane"));
+    ASSERT_NE(pane, nullptr);
+    EXPECT_EQ(pane->text(QAccessible::Name), QStringLiteral("Post by Ada Lovelace"));
 }
 
 TEST_F(Accessibility, ARowTellsWhatItShows)

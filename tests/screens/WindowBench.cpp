@@ -15,6 +15,26 @@ void collect(QQuickItem* item, const QString& name, QList<QQuickItem*>& found)
         collect(child, name, found);
 }
 
+void expectNotCut(QQuickItem* item, double windowWidth)
+{
+    if (!item->isVisible())
+        return;
+    const QString shown = item->property("text").toString();
+    const bool isText = item->inherits("QQuickText") && !shown.isEmpty();
+    const bool isControl = item->inherits("QQuickAbstractButton");
+    if (isText || isControl) {
+        const QRectF place = item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
+        EXPECT_GE(place.left(), 0) << qPrintable(shown);
+        EXPECT_LE(place.right(), windowWidth) << qPrintable(shown);
+    }
+    if (isControl) {
+        EXPECT_GE(item->width(), item->implicitWidth()) << qPrintable(shown);
+    }
+    const QList<QQuickItem*> children = item->childItems();
+    for (QQuickItem* const child : children)
+        expectNotCut(child, windowWidth);
+}
+
 } // namespace
 
 WindowBench::WindowBench() = default;
@@ -121,9 +141,34 @@ QQuickItem& WindowBench::list() const
     return *window().findChild<QQuickItem*>(QStringLiteral("bookmarkList"));
 }
 
+void WindowBench::expectNothingIsCut() const
+{
+    EXPECT_FALSE(window().grabWindow().isNull());
+    expectNotCut(window().contentItem(), window().width());
+}
+
+void WindowBench::keepPicture(const QString& name) const
+{
+    const QDir pictures(QStringLiteral(MIREL_SCREENSHOTS));
+    EXPECT_TRUE(pictures.mkpath(QStringLiteral(".")));
+    EXPECT_TRUE(window().grabWindow().save(pictures.filePath(name + QStringLiteral(".png"))));
+}
+
 void WindowBench::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
     QTest::keyClick(&window(), key, modifiers);
+}
+
+void WindowBench::type(const char* text)
+{
+    for (const char letter : QByteArrayView(text))
+        QTest::keyClick(&window(), letter);
+}
+
+QString WindowBench::currentRowText() const
+{
+    QQuickItem* const row = list().property("currentItem").value<QQuickItem*>();
+    return row ? text("text", row) : QStringLiteral("<no row is current>");
 }
 
 void WindowBench::click(QQuickItem* item)

@@ -43,6 +43,15 @@ protected:
     [[nodiscard]] QList<QQuickItem*> rows() const;
     [[nodiscard]] QQuickItem& list() const;
 
+    // No text and no control stands out of the window, and no control is narrower than what it holds.
+    void expectNothingIsCut() const;
+    // Saves what the window shows as `name`.png among the build's pictures, to be looked at.
+    void keepPicture(const QString& name) const;
+
+    // Types into what has the keyboard.
+    void type(const char* text);
+    // The text of the current row.
+    [[nodiscard]] QString currentRowText() const;
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void click(QQuickItem* item);
     // Runs the event loop until `condition` holds; false when it does not come to hold.

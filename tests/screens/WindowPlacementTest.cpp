@@ -28,6 +28,24 @@ TEST(WindowPlacement, BringsTheWindowBackToItsPlace)
     EXPECT_EQ(window.geometry(), place);
 }
 
+TEST(WindowPlacement, KeepsTheWidthOfTheList)
+{
+    const QTemporaryDir directory;
+    QSettings settings(directory.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    {
+        QWindow window;
+        window.setProperty("listWidth", 440.0);
+        const WindowPlacement placement(window, settings);
+        EXPECT_EQ(window.property("listWidth"), 440.0) << "nothing was saved yet";
+        window.show();
+        window.setProperty("listWidth", 480.5);
+        window.hide();
+    }
+    QWindow window;
+    const WindowPlacement placement(window, settings);
+    EXPECT_EQ(window.property("listWidth"), 480.5);
+}
+
 TEST(WindowPlacement, LeavesTheWindowAloneWhenItsPlaceIsOnNoScreen)
 {
     const QTemporaryDir directory;

@@ -2,14 +2,18 @@ import QtQuick
 import QtQuick.Templates as T
 import Mirel.Screens
 
-// One mailbox of the sidebar, with the number of its bookmarks; only its icon when `isFolded`.
+// One place of the sidebar; only its icon when `isFolded`.
 T.Button {
     id: control
 
     required property string symbol
-    required property double count
     required property bool isFolded
     required property bool isShown
+    // What is shown is listed below this place.
+    property bool holdsShown: isShown
+    // The place tells how many bookmarks it holds.
+    property bool isCounted: false
+    property double count: 0
 
     implicitHeight: Measures.controlHeight
     leftPadding: isFolded ? 0 : Measures.small
@@ -19,9 +23,9 @@ T.Button {
     checked: isShown
     opacity: enabled ? 1 : 0.5
     font.pixelSize: Measures.controlText
-    font.weight: isShown ? Measures.strong : Font.Normal
+    font.weight: holdsShown ? Measures.strong : Font.Normal
     Accessible.role: Accessible.PageTab
-    Accessible.name: text + ", " + Display.number(count)
+    Accessible.name: isCounted ? text + ", " + Display.number(count) : text
     Accessible.selected: isShown
 
     // qmllint disable deferred-property-id
@@ -32,7 +36,7 @@ T.Button {
             anchors.verticalCenter: parent.verticalCenter
             x: control.isFolded ? (parent.width - width) / 2 : 0
             symbol: control.symbol
-            color: control.isShown ? Theme.tint : Theme.secondary
+            color: control.holdsShown ? Theme.tint : Theme.secondary
         }
 
         PlainLabel {
@@ -67,6 +71,6 @@ T.Button {
 
     HoverTip {
         visible: control.isFolded && (control.hovered || control.visualFocus)
-        text: control.text + " (" + Display.number(control.count) + ")"
+        text: control.isCounted ? control.text + " (" + Display.number(control.count) + ")" : control.text
     }
 }

@@ -1,0 +1,74 @@
+#include "model/MirelAppModel.h"
+
+namespace mirel {
+
+void MirelAppModel::requestSync(bool fullScan)
+{
+    syncNow({}, fullScan);
+}
+
+void MirelAppModel::requestRefresh()
+{
+    refreshLibrary();
+}
+
+void MirelAppModel::requestNextPage()
+{
+    nextPage();
+}
+
+void MirelAppModel::requestPreviousPage()
+{
+    previousPage();
+}
+
+void MirelAppModel::requestDestination(const QString& destination)
+{
+    if (const auto place = fromRawValue<SidebarDestination>(destination))
+        show(*place);
+}
+
+void MirelAppModel::requestMailbox(const QString& filter)
+{
+    if (const auto mailbox = fromRawValue<LibraryFilter>(filter))
+        openMailbox(*mailbox);
+}
+
+void MirelAppModel::requestSearchMailbox(const QString& filter)
+{
+    if (const auto mailbox = fromRawValue<LibraryFilter>(filter))
+        searchMailbox(*mailbox);
+}
+
+void MirelAppModel::requestSort(const QString& sort)
+{
+    if (const auto order = fromRawValue<LibrarySort>(sort))
+        setLibrarySort(*order);
+}
+
+void MirelAppModel::requestSearch(const QString& query)
+{
+    setSearchQuery(query);
+}
+
+void MirelAppModel::requestReset()
+{
+    resetRefinements();
+}
+
+void MirelAppModel::requestSelection(qint64 bookmarkID)
+{
+    selectBookmark(bookmarkID > 0 ? std::optional(bookmarkID) : std::nullopt);
+}
+
+void MirelAppModel::requestReader(qint64 bookmarkID)
+{
+    openBookmark(bookmarkID);
+}
+
+void MirelAppModel::requestBack()
+{
+    goBack();
+}
+
+} // namespace mirel
