@@ -112,6 +112,8 @@ QCoro::Task<bool> MirelAppModel::readPage()
     dropMissingSelection();
     showPost();
     Q_EMIT libraryChanged();
+    if (m_selectedBookmarkID)
+        co_await loadReaderContext(*m_selectedBookmarkID);
     co_await reloadReaderBookmark();
     co_return true;
 }
@@ -124,6 +126,25 @@ void MirelAppModel::dropMissingSelection()
     const bool isInReader = m_readerBookmark && m_readerBookmark->id == *m_selectedBookmarkID;
     if (!isInReader && m_bookmarks.rowOf(*m_selectedBookmarkID) < 0)
         m_selectedBookmarkID.reset();
+}
+
+QCoro::Task<> MirelAppModel::prepareSearch()
+{
+    if (!m_services.store || m_isPreparingSearch)
+        co_return;
+    const RunningCommand running(*this);
+    m_isPreparingSearch = true;
+    bool isDone = false;
+    while (!isDone && !m_isShuttingDown) {
+        try {
+            isDone = co_await m_services.store->call(
+                [](LocalLibraryStore& library) { return library.prepareSearch(); });
+        } catch (const std::exception&) {
+            // Nobody asked for anything yet. A search that fails tells why.
+            isDone = true;
+        }
+    }
+    m_isPreparingSearch = false;
 }
 
 QCoro::Task<> MirelAppModel::refreshMedia()

@@ -81,6 +81,8 @@ QCoro::Task<> MirelAppModel::refreshDestination()
         co_await refreshLibrary();
     else if (m_selection == SidebarDestination::media)
         co_await refreshMedia();
+    else if (m_selection != SidebarDestination::ask)
+        co_await refreshOrganization();
 }
 
 QCoro::Task<> MirelAppModel::openMailbox(LibraryFilter filter)

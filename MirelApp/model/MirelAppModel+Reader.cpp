@@ -51,8 +51,10 @@ QCoro::Task<> MirelAppModel::openBookmark(qint64 id)
     if (!m_services.store)
         co_return;
     const RunningCommand running(*this);
-    if (!m_readerBookmark || m_readerBookmark->id != id)
+    if (!m_readerBookmark || m_readerBookmark->id != id) {
         rememberNavigation();
+        setHighlights({});
+    }
     ++m_readerGeneration;
     m_selectedBookmarkID = id;
     showPost();
@@ -61,8 +63,10 @@ QCoro::Task<> MirelAppModel::openBookmark(qint64 id)
         if (!bookmark)
             bookmark = co_await readBookmark(id);
         // The user may have gone on while the read ran.
-        if (bookmark && m_selectedBookmarkID == id)
-            setReaderBookmark(bookmark);
+        if (!bookmark || m_selectedBookmarkID != id)
+            co_return;
+        setReaderBookmark(bookmark);
+        co_await loadReaderContext(id);
     } catch (...) {
         if (m_selectedBookmarkID == id)
             fail(std::current_exception());
@@ -78,8 +82,35 @@ QCoro::Task<> MirelAppModel::reopenReader(qint64 id)
     } catch (const std::exception&) {
         // The list stands where the user was; that is enough.
     }
-    if (bookmark && generation == m_readerGeneration && m_readerBookmark != bookmark)
+    if (!bookmark || generation != m_readerGeneration)
+        co_return;
+    if (m_readerBookmark != bookmark)
         setReaderBookmark(bookmark);
+    co_await loadReaderContext(id);
+}
+
+QCoro::Task<> MirelAppModel::loadReaderContext(qint64 bookmarkID)
+{
+    const auto isOpen = [this, bookmarkID] { return m_readerBookmark && m_readerBookmark->id == bookmarkID; };
+    if (!m_services.store || !isOpen())
+        co_return;
+    try {
+        const QList<BookmarkHighlight> highlights = co_await m_services.store->call(
+            [bookmarkID](LocalLibraryStore& library) { return library.highlights(bookmarkID); });
+        if (isOpen())
+            setHighlights(highlights);
+    } catch (...) {
+        if (isOpen())
+            fail(std::current_exception());
+    }
+}
+
+void MirelAppModel::setHighlights(const QList<BookmarkHighlight>& highlights)
+{
+    if (m_highlights == highlights)
+        return;
+    m_highlights = highlights;
+    Q_EMIT highlightsChanged();
 }
 
 QCoro::Task<> MirelAppModel::reloadReaderBookmark()

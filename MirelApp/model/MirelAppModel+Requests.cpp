@@ -34,6 +34,11 @@ void MirelAppModel::requestMailbox(const QString& filter)
         openMailbox(*mailbox);
 }
 
+void MirelAppModel::requestSearchPreparation()
+{
+    prepareSearch();
+}
+
 void MirelAppModel::requestSearchMailbox(const QString& filter)
 {
     if (const auto mailbox = fromRawValue<LibraryFilter>(filter))

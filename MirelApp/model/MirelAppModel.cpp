@@ -30,6 +30,7 @@ QCoro::Task<> MirelAppModel::start()
     co_await readPreferences();
     co_await refreshLibrary();
     co_await refreshSyncRuns();
+    co_await refreshOrganization();
     // Not awaited: the library is on screen before the keyring, which may ask the user, is touched.
     refreshCredentialState();
 }
@@ -52,6 +53,7 @@ QCoro::Task<> MirelAppModel::readPreferences()
 
 QCoro::Task<> MirelAppModel::shutDown()
 {
+    m_isShuttingDown = true;
     for (int round = 0; m_runningCommands > 0; ++round) {
         m_isSyncCanceled->store(true);
         // A command that was between two requests begins its next one after the others were ended.

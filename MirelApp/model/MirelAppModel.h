@@ -119,6 +119,9 @@ public:
     // The search as one types: the first letter runs a search, the next ones replace its query, so that
     // going back leads to where the search began.
     QCoro::Task<> setSearchQuery(QString query);
+    // Does in small parts what the first search would have to do at once. Ends early when the model shuts
+    // down.
+    QCoro::Task<> prepareSearch();
     // Searches another mailbox for the same.
     QCoro::Task<> searchMailbox(LibraryFilter filter);
     QCoro::Task<> resetRefinements();
@@ -138,6 +141,9 @@ public:
     QCoro::Task<> previousPage();
     // Highlights one row, or none.
     void selectBookmark(std::optional<qint64> id);
+
+    // Reloads the labels, folders, rules and authors, all of them or none.
+    QCoro::Task<> refreshOrganization();
 
     // Runs a sync. Without a kind it is `initial` on an empty library, else `manual`.
     QCoro::Task<> syncNow(std::optional<SyncRun::Kind> kind, bool fullScan);
@@ -159,6 +165,8 @@ public:
     Q_INVOKABLE void requestSearchMailbox(const QString& filter);
     Q_INVOKABLE void requestSort(const QString& sort);
     Q_INVOKABLE void requestSearch(const QString& query);
+    // The user is about to search.
+    Q_INVOKABLE void requestSearchPreparation();
     Q_INVOKABLE void requestReset();
     // 0: none.
     Q_INVOKABLE void requestSelection(qint64 bookmarkID);
@@ -207,6 +215,19 @@ public:
     {
         return m_lastSyncSummary;
     }
+    // By name, authors by the number of their bookmarks.
+    [[nodiscard]] const QList<TagSummary>& tagSummaries() const { return m_organization.tagSummaries; }
+    [[nodiscard]] const QList<FolderSummary>& folderSummaries() const
+    {
+        return m_organization.folderSummaries;
+    }
+    [[nodiscard]] const QList<BookmarkRule>& rules() const { return m_organization.rules; }
+    [[nodiscard]] const QList<AuthorSummary>& authorSummaries() const
+    {
+        return m_organization.authorSummaries;
+    }
+    // Of the open post, newest first.
+    [[nodiscard]] const QList<BookmarkHighlight>& highlights() const { return m_highlights; }
     [[nodiscard]] const QList<SyncRun>& syncRuns() const { return m_syncRuns; }
     [[nodiscard]] const QList<SyncLogEntry>& syncLogEntries() const { return m_syncLogEntries; }
     [[nodiscard]] bool xConfigured() const { return m_xConfigured; }
@@ -223,6 +244,8 @@ Q_SIGNALS:
     void isLoadingChanged();
     void selectionChanged();
     void shownPostChanged();
+    void organizationChanged();
+    void highlightsChanged();
     void syncChanged();
     void xConfiguredChanged();
     void messagesChanged();
@@ -241,6 +264,14 @@ private:
         qint64 pageSize = 0;
 
         friend bool operator==(const ListedPage&, const ListedPage&) = default;
+    };
+
+    struct Organization
+    {
+        QList<TagSummary> tagSummaries;
+        QList<FolderSummary> folderSummaries;
+        QList<BookmarkRule> rules;
+        QList<AuthorSummary> authorSummaries;
     };
 
     [[nodiscard]] QString selectionName() const { return rawValue(m_selection); }
@@ -286,6 +317,8 @@ private:
     QCoro::Task<std::optional<Bookmark>> readBookmark(qint64 id);
     QCoro::Task<> reopenReader(qint64 id);
     QCoro::Task<> reloadReaderBookmark();
+    QCoro::Task<> loadReaderContext(qint64 bookmarkID);
+    void setHighlights(const QList<BookmarkHighlight>& highlights);
     void setReaderBookmark(const std::optional<Bookmark>& bookmark);
     void showPost();
     QCoro::Task<> presentShownPost();
@@ -317,6 +350,8 @@ private:
     bool m_isPresenting = false;
     // Oldest first.
     QList<NavigationSnapshot> m_navigationHistory;
+    Organization m_organization;
+    QList<BookmarkHighlight> m_highlights;
     bool m_isSyncing = false;
     std::optional<BookmarkSyncProgress> m_syncProgress;
     // Shared with the sync under way, which ends at its next page once it is true.
@@ -328,6 +363,8 @@ private:
     std::optional<QString> m_statusMessage;
     std::optional<QString> m_lastError;
     QUuid m_connectionValidationGeneration = QUuid::createUuid();
+    bool m_isPreparingSearch = false;
+    bool m_isShuttingDown = false;
     int m_runningCommands = 0;
 };
 

@@ -66,6 +66,7 @@ RowLayout {
         enabled: header.appModel.hasLibrary
         query: header.appModel.searchQuery
         isBusy: header.appModel.isReadingLibrary && header.appModel.selection === "search"
+        onBegun: header.appModel.requestSearchPreparation()
         onEdited: query => header.appModel.requestSearch(query)
         onFinished: header.leftSearch()
     }

@@ -12,6 +12,8 @@ T.TextField {
     property bool isBusy: false
 
     signal edited(string query)
+    // The user is about to search.
+    signal begun
     // The keyboard wants to go on to the results.
     signal finished
 
@@ -46,6 +48,10 @@ T.TextField {
             waiting.visible = false;
     }
     onTextEdited: edited(text)
+    onActiveFocusChanged: {
+        if (activeFocus)
+            begun();
+    }
     Component.onCompleted: text = query
 
     Keys.onPressed: event => {

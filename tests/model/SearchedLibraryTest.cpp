@@ -33,6 +33,31 @@ TEST_F(SearchedLibrary, ListsWhatTheQueryMatches)
     EXPECT_EQ(model->libraryResultCount(), 120);
 }
 
+TEST_F(SearchedLibrary, ASearchCanBePreparedInParts)
+{
+    startWith(600);
+    const auto textBytes = [this] {
+        return blockOn(
+            model->store()->call([](LocalLibraryStore& opened) { return opened.indexSize().bytes; }));
+    };
+    const qint64 before = textBytes();
+    blockOn(model->prepareSearch());
+    const qint64 prepared = textBytes();
+    EXPECT_GT(prepared, before + 600 * 50) << "the texts of all posts are in memory";
+    blockOn(model->runSearch(QStringLiteral("\"number 11\"")));
+    EXPECT_EQ(model->libraryResultCount(), 11) << "11, and 110 to 119";
+    EXPECT_EQ(textBytes(), prepared);
+}
+
+TEST_F(SearchedLibrary, PreparingEndsWithTheModel)
+{
+    startWith(600);
+    model->prepareSearch();
+    model->prepareSearch();
+    blockOn(model->shutDown());
+    EXPECT_FALSE(model->lastError());
+}
+
 TEST_F(SearchedLibrary, PagesThroughTheMatchesAlone)
 {
     startWith(120);
