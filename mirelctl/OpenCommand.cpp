@@ -14,10 +14,11 @@ void OpenCommand::describe(CommandSyntax& syntax)
 QByteArray OpenCommand::run(MirelAppModel& model, const CommandSurroundings& surroundings) const
 {
     using Opened = std::pair<Bookmark, QList<BookmarkHighlight>>;
-    const auto [bookmark, highlights] = withLibrary(model, [text = reference](LocalLibraryStore& library) {
-        const Bookmark found = requireBookmark(library, text);
-        return Opened{found, library.highlights(found.id)};
-    });
+    const auto [bookmark, highlights] =
+        withLibrary(model, [id = requireTweetID(reference)](LocalLibraryStore& library) {
+            const Bookmark found = requireBookmark(library, id);
+            return Opened{found, library.highlights(found.id)};
+        });
     if (surroundings.json)
         return encodeJSON(bookmark) + '\n';
     return readerText(bookmark, highlights, surroundings.columns);

@@ -62,12 +62,17 @@ auto requireEach(LocalLibraryStore& library, const QStringList& references, Requ
 
 } // namespace
 
-Bookmark requireBookmark(LocalLibraryStore& library, const QString& reference)
+QString requireTweetID(const QString& reference)
 {
     const auto id = tweetID(reference);
     if (!id)
         throw CommandError(QStringLiteral("Enter a valid X post URL or tweet ID."));
-    const auto bookmark = library.bookmark(*id);
+    return *id;
+}
+
+Bookmark requireBookmark(LocalLibraryStore& library, const QString& reference)
+{
+    const auto bookmark = library.bookmark(requireTweetID(reference));
     if (!bookmark)
         throw CommandError(QStringLiteral("That X post is not in the local library."));
     return *bookmark;

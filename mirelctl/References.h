@@ -9,6 +9,9 @@ namespace mirel {
 // How the arguments of commands name what is in the library. Each is looked for on the store's thread, and
 // CommandError is thrown when it is not there, or what the store throws. A list has each only once.
 
+// X's id of a post that is named by that or by its web address. Throws CommandError when it is neither.
+[[nodiscard]] QString requireTweetID(const QString& reference);
+
 // By the id of its post on X or by the post's web address.
 [[nodiscard]] Bookmark requireBookmark(LocalLibraryStore& library, const QString& reference);
 [[nodiscard]] QList<Bookmark> requireBookmarks(LocalLibraryStore& library, const QStringList& references);

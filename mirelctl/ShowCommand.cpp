@@ -61,8 +61,10 @@ void ShowCommand::describe(CommandSyntax& syntax)
 
 QByteArray ShowCommand::run(MirelAppModel& model, const CommandSurroundings& surroundings) const
 {
-    const Bookmark bookmark = withLibrary(
-        model, [text = reference](LocalLibraryStore& library) { return requireBookmark(library, text); });
+    const Bookmark bookmark =
+        withLibrary(model, [id = requireTweetID(reference)](LocalLibraryStore& library) {
+            return requireBookmark(library, id);
+        });
     if (presentation)
         return presentationOf(bookmark);
     if (surroundings.json)

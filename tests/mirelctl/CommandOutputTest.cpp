@@ -252,8 +252,20 @@ TEST(CommandOutputWithoutALibrary, FailsWithASentence)
     EXPECT_THROW((void)StatusCommand{}.run(model, {}), CommandError);
     EXPECT_THROW((void)SyncCommand{}.run(model, {}), CommandError);
     EXPECT_THROW((void)SearchCommand{}.run(model, {}), CommandError);
+    EXPECT_THROW((void)OpenCommand{QStringLiteral("1")}.run(model, {}), CommandError);
     EXPECT_THROW((void)LabelListCommand{}.run(model, {}), CommandError);
     EXPECT_THROW((void)PreferencesSetCommand{}.run(model, {}), CommandError);
+}
+
+TEST(CommandOutputWithoutALibrary, SaysFirstThatAReferenceIsNone)
+{
+    MirelAppModel model{MirelServices{}};
+    try {
+        (void)OpenCommand{QStringLiteral("nonsense")}.run(model, {});
+        FAIL() << "was opened";
+    } catch (const CommandError& error) {
+        EXPECT_EQ(error.description(), QStringLiteral("Enter a valid X post URL or tweet ID."));
+    }
 }
 
 } // namespace

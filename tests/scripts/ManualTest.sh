@@ -20,4 +20,18 @@ test_explains_every_option_that_is_completed() {
     done
 }
 
+test_explains_every_command() {
+    source "$project/mirelctl/completions/mirelctl.bash"
+    local group word manual
+    manual=$(mandoc -T ascii "$project/mirelctl/mirelctl.1" | sed 's/.\x08//g')
+    for word in status sync list show open authors search count; do
+        expect_contains "$manual" $'\n     '"$word"
+    done
+    for group in label folder rule highlight preferences; do
+        for word in $(_mirelctl_words "$group"); do
+            expect_contains "$manual" $'\n     '"$group $word "
+        done
+    done
+}
+
 run_test "$@"
