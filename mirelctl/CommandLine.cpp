@@ -1,54 +1,53 @@
 #include "mirelctl/CommandLine.h"
 
 #include "mirelctl/CommandError.h"
+#include "mirelctl/CommandSyntax.h"
 
 namespace mirel {
 
 namespace {
 
-// The cases of an enumeration as a sentence lists them: "newest, oldest or author".
-template <RawRepresentable Enumeration>
-QString choices()
+template <typename T>
+concept NamedCommand = requires
 {
-    QStringList names;
-    for (const auto& row : rawValues(Enumeration{}))
-        names.append(row.text);
-    const QString last = names.takeLast();
-    return names.join(QStringLiteral(", ")) + QStringLiteral(" or ") + last;
-}
+    T::name;
+};
 
-template <RawRepresentable Enumeration>
-Enumeration choice(const QString& option, const QString& value)
+// Calls `take` with a fresh value of each command that has a name.
+template <typename Take, typename... Commands>
+void forEachNamed(const Take& take, const std::variant<Commands...>&)
 {
-    if (const auto found = fromRawValue<Enumeration>(value))
-        return *found;
-    throw CommandError(
-        QStringLiteral("The option --%1 takes %2, not \"%3\".").arg(option, choices<Enumeration>(), value));
-}
-
-qint64 number(const QString& option, const QString& value, qint64 least)
-{
-    bool isNumber = false;
-    const qint64 result = value.toLongLong(&isNumber);
-    if (!isNumber || result < least)
-        throw CommandError(QStringLiteral("The option --%1 takes a whole number of at least %2, not \"%3\".")
-                               .arg(option)
-                               .arg(least)
-                               .arg(value));
-    return result;
+    const auto takeOne = [&]<typename Each>(Each command) {
+        if constexpr (NamedCommand<Each>)
+            take(std::move(command));
+    };
+    (takeOne(Commands{}), ...);
 }
 
 std::optional<Command> commandNamed(const QString& name)
 {
-    if (name == u"status")
-        return StatusCommand{};
-    if (name == u"sync")
-        return SyncCommand{};
-    if (name == u"list")
-        return ListCommand{};
-    if (name == u"show")
-        return ShowCommand{};
-    return std::nullopt;
+    std::optional<Command> found;
+    forEachNamed(
+        [&](auto command) {
+            if (command.name == name)
+                found = std::move(command);
+        },
+        Command());
+    return found;
+}
+
+// The first words of all commands, or the second words of those that begin with `group`.
+QStringList wordsAfter(const QString& group)
+{
+    QStringList words;
+    for (const QString& name : commandNames()) {
+        if (group.isEmpty())
+            words.append(name.section(u' ', 0, 0));
+        else if (name.startsWith(group + u' '))
+            words.append(name.section(u' ', 1));
+    }
+    words.removeDuplicates();
+    return words;
 }
 
 class Parser
@@ -110,59 +109,59 @@ private:
 
     bool readOptionOfCommand()
     {
-        if (m_commandName.isEmpty())
+        if (!m_option.startsWith(u"--"))
             return false;
-        if (auto* sync = std::get_if<SyncCommand>(&m_result.command); sync && m_option == u"--full") {
-            sync->full = true;
-            return true;
-        }
-        auto* list = std::get_if<ListCommand>(&m_result.command);
-        return list && readOptionOfList(*list);
-    }
-
-    bool readOptionOfList(ListCommand& list)
-    {
-        if (m_option == u"--filter")
-            list.filter = choice<LibraryFilter>(QStringLiteral("filter"), value());
-        else if (m_option == u"--sort")
-            list.sort = choice<LibrarySort>(QStringLiteral("sort"), value());
-        else if (m_option == u"--limit")
-            list.limit = number(QStringLiteral("limit"), value(), 1);
-        else if (m_option == u"--offset")
-            list.offset = number(QStringLiteral("offset"), value(), 0);
-        else
-            return false;
-        return true;
+        const QString name = m_option.sliced(2);
+        const auto takesValue = m_syntax.optionTakesValue(name);
+        if (takesValue)
+            m_syntax.takeOption(name, *takesValue ? value() : QString());
+        return takesValue.has_value();
     }
 
     void readOperand(const QString& argument)
     {
-        if (m_commandName.isEmpty()) {
-            const auto command = commandNamed(argument);
-            if (!command)
-                throw CommandError(
-                    QStringLiteral("There is no command \"%1\": use status, sync, list or show.")
-                        .arg(argument));
-            m_result.command = *command;
-            m_commandName = argument;
-            return;
-        }
-        auto* show = std::get_if<ShowCommand>(&m_result.command);
-        if (!show || m_hasReference)
+        if (!m_isCommandRead)
+            return readWordOfCommand(argument);
+        if (!m_syntax.takeOperand(argument))
             throw CommandError(QStringLiteral("The argument \"%1\" is one too many for the command \"%2\".")
                                    .arg(argument, m_commandName));
-        show->reference = argument;
-        m_hasReference = true;
+    }
+
+    void readWordOfCommand(const QString& word)
+    {
+        const QString name = m_commandName.isEmpty() ? word : m_commandName + u' ' + word;
+        if (auto command = commandNamed(name)) {
+            m_result.command = *std::move(command);
+            bindCommand();
+        } else if (!m_commandName.isEmpty()) {
+            throw CommandError(QStringLiteral("The command \"%1\" takes %2, not \"%3\".")
+                                   .arg(m_commandName, choices(wordsAfter(m_commandName)), word));
+        } else if (wordsAfter(word).isEmpty()) {
+            throw CommandError(
+                QStringLiteral("There is no command \"%1\": use %2.").arg(word, choices(wordsAfter({}))));
+        }
+        m_commandName = name;
+    }
+
+    void bindCommand()
+    {
+        const auto describe = [&]<typename Each>(Each& command) {
+            if constexpr (NamedCommand<Each>)
+                command.describe(m_syntax);
+        };
+        std::visit(describe, m_result.command);
+        m_isCommandRead = true;
     }
 
     void requireWholeCommand() const
     {
         if (m_commandName.isEmpty())
             throw CommandError(
-                QStringLiteral("Say what to do: status, sync, list or show; --help tells more."));
-        if (std::holds_alternative<ShowCommand>(m_result.command) && !m_hasReference)
-            throw CommandError(
-                QStringLiteral("The command \"show\" takes an X post id or a post's address."));
+                QStringLiteral("Say what to do: %1; --help tells more.").arg(choices(wordsAfter({}))));
+        if (!m_isCommandRead)
+            throw CommandError(QStringLiteral("The command \"%1\" takes %2.")
+                                   .arg(m_commandName, choices(wordsAfter(m_commandName))));
+        m_syntax.requireWhole(m_commandName);
     }
 
     QString value()
@@ -182,7 +181,7 @@ private:
 
     [[nodiscard]] QString unknownOption() const
     {
-        if (m_commandName.isEmpty())
+        if (!m_isCommandRead)
             return QStringLiteral("There is no option %1 before a command; --help tells more.").arg(m_option);
         return QStringLiteral("The command \"%1\" has no option %2; --help tells more.")
             .arg(m_commandName, m_option);
@@ -190,11 +189,13 @@ private:
 
     QStringList m_arguments;
     CommandLine m_result;
+    // Bound to the fields of the command in `m_result`.
+    CommandSyntax m_syntax;
     QString m_commandName;
     QString m_option;
     // Of "--option=value", until the option takes it.
     std::optional<QString> m_attachedValue;
-    bool m_hasReference = false;
+    bool m_isCommandRead = false;
     bool m_optionsEnded = false;
     bool m_isAnswered = false;
 };
@@ -206,33 +207,11 @@ CommandLine parseCommandLine(const QStringList& arguments)
     return Parser(arguments).parse();
 }
 
-QString helpText()
+QStringList commandNames()
 {
-    return QStringLiteral(R"(Usage: mirelctl [OPTION]... COMMAND
-
-Works with Mirel's library of X bookmarks from a terminal or a script.
-
-Commands:
-  status             how the library stands and whether X works
-  sync [--full]      bring the library up to date with X; --full goes on to the
-                     oldest bookmark instead of stopping where nothing is new
-  list [OPTION]...   print bookmarks, one a line
-      --filter all|inbox|read|favorites|archive   of one mailbox (all)
-      --sort newest|oldest|author                 in this order (newest)
-      --limit N                                   at most N bookmarks (50)
-      --offset N                                  leave out the first N (0)
-  show ID-or-URL     print one bookmark, named by its X post id or address
-
-Options:
-  --data-dir DIR     use the library in DIR
-  --json             print one JSON document
-  --demo             use the simulated account of mirel-simulator, whose address
-                     MIREL_X_API_URL names, and no keyring; needs --data-dir
-  --help             print this text
-  --version          print the version
-
-The exit status is 0, or 1 when the command could not be done.
-)");
+    QStringList names;
+    forEachNamed([&](const auto& command) { names.append(command.name); }, Command());
+    return names;
 }
 
 } // namespace mirel

@@ -1,6 +1,14 @@
 #pragma once
 
+#include "mirelctl/AuthorsCommand.h"
+#include "mirelctl/FolderCommands.h"
+#include "mirelctl/HighlightCommands.h"
+#include "mirelctl/LabelCommands.h"
 #include "mirelctl/ListCommand.h"
+#include "mirelctl/OpenCommand.h"
+#include "mirelctl/PreferencesCommands.h"
+#include "mirelctl/RuleCommands.h"
+#include "mirelctl/SearchCommands.h"
 #include "mirelctl/ShowCommand.h"
 #include "mirelctl/StatusCommand.h"
 #include "mirelctl/SyncCommand.h"
@@ -21,8 +29,17 @@ struct VersionCommand
     friend bool operator==(const VersionCommand&, const VersionCommand&) = default;
 };
 
+// All commands. Those that do something have a `name` of one or two words, describe(), which binds what the
+// user may add to it, and run().
 using Command =
-    std::variant<StatusCommand, SyncCommand, ListCommand, ShowCommand, HelpCommand, VersionCommand>;
+    std::variant<StatusCommand, SyncCommand, ListCommand, ShowCommand, OpenCommand, SearchCommand,
+                 CountCommand, LabelListCommand, LabelCreateCommand, LabelRenameCommand, LabelMergeCommand,
+                 LabelDeleteCommand, LabelAddCommand, LabelRemoveCommand, FolderListCommand,
+                 FolderCreateCommand, FolderUpdateCommand, FolderDeleteCommand, FolderAssignCommand,
+                 FolderUnassignCommand, RuleListCommand, RuleCreateCommand, RulePreviewCommand,
+                 RuleRunCommand, RuleEnableCommand, RuleDisableCommand, RuleDeleteCommand,
+                 HighlightAddCommand, HighlightListCommand, HighlightDeleteCommand, AuthorsCommand,
+                 PreferencesGetCommand, PreferencesSetCommand, HelpCommand, VersionCommand>;
 
 // What the user asked for.
 struct CommandLine
@@ -41,6 +58,9 @@ struct CommandLine
 // after its name; "--option=value" is one word or two; after "--" nothing is an option. `--help` and
 // `--version` win over all that follows them. Throws CommandError.
 [[nodiscard]] CommandLine parseCommandLine(const QStringList& arguments);
+
+// The names of all commands, such as "sync" and "label create".
+[[nodiscard]] QStringList commandNames();
 
 // The text of `--help`.
 [[nodiscard]] QString helpText();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/Instant.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -18,6 +20,10 @@ struct CommandSurroundings
     std::optional<int> columns;
     // Takes the bytes that show the progress of a sync; empty when nobody watches.
     std::function<void(const QByteArray&)> showProgress;
+    // Takes a sentence for people who watch beside the output, on standard error.
+    std::function<void(const QString&)> remark = [](const QString&) {};
+    // Dates what the user makes.
+    Clock now = Instant::now;
     // The library's file.
     QString libraryPath;
     // How long the keyring and X may take to tell whether X works.

@@ -15,7 +15,7 @@ void requireLibrary(const MirelAppModel& model);
 // Runs `operation(LocalLibraryStore&)` on the library and returns what it returns. Throws CommandError when
 // there is no library, or what the operation throws. Runs the event loop of this thread.
 template <typename Operation>
-auto readLibrary(MirelAppModel& model, Operation operation)
+auto withLibrary(MirelAppModel& model, Operation operation)
 {
     requireLibrary(model);
     return blockOn(model.store()->call(operation));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mirelctl/CommandSurroundings.h"
+#include "mirelctl/BookmarkListing.h"
 #include "model/MirelAppModel.h"
 
 namespace mirel {
@@ -8,11 +8,11 @@ namespace mirel {
 // Prints a part of a mailbox, one bookmark a line, or an array of Bookmark.
 struct ListCommand
 {
-    LibraryFilter filter = LibraryFilter::all;
-    LibrarySort sort = LibrarySort::newest;
-    qint64 limit = 50;
-    qint64 offset = 0;
+    static constexpr QLatin1StringView name{"list"};
 
+    ListingOptions listing;
+
+    void describe(CommandSyntax& syntax) { listing.describe(syntax); }
     // Returns what goes to standard output. Asks neither the keyring nor X. Throws CommandError, or what
     // the library throws. Runs the event loop of this thread.
     [[nodiscard]] QByteArray run(MirelAppModel& model, const CommandSurroundings& surroundings) const;

@@ -51,6 +51,9 @@ CommandSurroundings surroundingsOf(const CommandLine& commandLine)
     CommandSurroundings surroundings{.json = commandLine.json,
                                      .columns = standardStreams::outputColumns(),
                                      .libraryPath = MirelPaths::databasePath()};
+    surroundings.remark = [](const QString& sentence) {
+        standardStreams::writeError(oneLine(sentence).toUtf8() + '\n');
+    };
     if (standardStreams::isErrorTerminal())
         surroundings.showProgress = standardStreams::writeError;
     return surroundings;

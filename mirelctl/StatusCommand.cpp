@@ -34,10 +34,9 @@ std::optional<bool> xConfigured(MirelAppModel& model, std::chrono::milliseconds 
 
 QString runText(const SyncRun& run)
 {
-    const QDateTime time = run.completedAt.value_or(run.createdAt).toDateTime().toLocalTime();
     QString text =
         QStringLiteral("%1, %2: %3 pages, %4 received, %5 new")
-            .arg(time.toString(QStringLiteral("yyyy-MM-dd HH:mm")), rawValue(run.status).replace(u'_', u' '))
+            .arg(timeText(run.completedAt.value_or(run.createdAt)), rawValue(run.status).replace(u'_', u' '))
             .arg(run.pages)
             .arg(run.fetched)
             .arg(run.created);

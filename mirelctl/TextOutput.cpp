@@ -1,5 +1,6 @@
 #include "mirelctl/TextOutput.h"
 
+#include <QRegularExpression>
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
@@ -8,6 +9,8 @@
 namespace mirel {
 
 namespace {
+
+constexpr int narrowestText = 20;
 
 struct CodePointRange
 {
@@ -118,6 +121,13 @@ bool turnsDirection(QChar character)
            (character >= u'\u2066' && character <= u'\u2069');
 }
 
+// `text` on one line; unlike oneLine(), its blanks stay.
+QString cellText(const QString& text)
+{
+    static const QRegularExpression lineEnds(QStringLiteral("[\\n\\x{2028}\\x{2029}]"));
+    return printable(text).replace(lineEnds, QStringLiteral(" "));
+}
+
 // Appends the lines that `word` needs; the last one may have room for more.
 void appendLongWord(QStringList& lines, QString word, int columns)
 {
@@ -174,6 +184,31 @@ QStringList wrappedToWidth(const QString& text, int columns)
     return lines;
 }
 
+QString alignedLines(QList<QStringList> rows, std::optional<int> columns)
+{
+    QList<int> widths;
+    for (QStringList& row : rows) {
+        for (qsizetype i = 0; i < row.size(); ++i) {
+            row[i] = cellText(row[i]);
+            if (i == widths.size())
+                widths.append(0);
+            widths[i] = std::max(widths[i], displayWidth(row[i]));
+        }
+    }
+    QString lines;
+    for (const QStringList& row : rows) {
+        QString start;
+        for (qsizetype i = 0; i + 1 < row.size(); ++i)
+            start += paddedToWidth(row[i], widths[i]) + QStringLiteral("  ");
+        const QString last = row.value(row.size() - 1);
+        lines += start +
+                 (columns ? truncatedToWidth(last, std::max(narrowestText, *columns - displayWidth(start)))
+                          : last) +
+                 u'\n';
+    }
+    return lines;
+}
+
 QString printable(const QString& text)
 {
     QString result;
@@ -191,6 +226,16 @@ QString printable(const QString& text)
 QString oneLine(const QString& text)
 {
     return printable(text.simplified());
+}
+
+QString dateText(Instant instant)
+{
+    return instant.toDateTime().toLocalTime().date().toString(Qt::ISODate);
+}
+
+QString timeText(Instant instant)
+{
+    return instant.toDateTime().toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm"));
 }
 
 } // namespace mirel

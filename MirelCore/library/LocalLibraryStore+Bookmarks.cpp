@@ -184,6 +184,15 @@ QSet<QString> LocalLibraryStore::allBookmarkTweetIDs()
     return ids;
 }
 
+QHash<qint64, QString> LocalLibraryStore::tweetIDs()
+{
+    QHash<qint64, QString> ids;
+    for (const SQLiteRow& row :
+         m_database.rows("SELECT id, tweet_id FROM bookmarks WHERE deleted_at IS NULL"))
+        ids.insert(row.integer("id").value_or(0), row.text("tweet_id").value_or(QString()));
+    return ids;
+}
+
 void LocalLibraryStore::updateLocalState(qint64 id, const std::optional<QString>& note, bool isRead,
                                          bool isFavorite, bool isArchived)
 {

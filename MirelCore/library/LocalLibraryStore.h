@@ -13,6 +13,7 @@
 #include "records/SyncedBookmark.h"
 #include "support/Instant.h"
 
+#include <QHash>
 #include <QSet>
 
 namespace mirel {
@@ -46,6 +47,9 @@ public:
 
     // X's ids of all live bookmarks.
     [[nodiscard]] QSet<QString> allBookmarkTweetIDs();
+
+    // X's ids of all live bookmarks, by the bookmark's own.
+    [[nodiscard]] QHash<qint64, QString> tweetIDs();
 
     // Writes the user's own state. The first marking as read is remembered as `reviewedAt`. A bookmark that
     // does not exist is no error.

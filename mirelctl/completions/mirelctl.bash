@@ -1,21 +1,53 @@
 # Completion of mirelctl for bash.
 
-# The command among the words before the cursor, or nothing.
+# The second words of the command $1, or nothing when it has none.
+_mirelctl_words() {
+    case $1 in
+    label) printf 'list create rename merge delete add remove' ;;
+    folder) printf 'list create update delete assign unassign' ;;
+    rule) printf 'list create preview run enable disable delete' ;;
+    highlight) printf 'add list delete' ;;
+    preferences) printf 'get set' ;;
+    esac
+}
+
+# The options of the command $1.
+_mirelctl_options() {
+    case $1 in
+    sync) printf -- '--full' ;;
+    list) printf -- '--filter --sort --limit --offset' ;;
+    show) printf -- '--presentation' ;;
+    search) printf -- '--filter --sort --limit --offset --ids --why' ;;
+    count) printf -- '--filter' ;;
+    'label create' | 'label rename') printf -- '--color' ;;
+    'label merge') printf -- '--into' ;;
+    'folder create') printf -- '--description --parent' ;;
+    'folder update') printf -- '--name --description --no-description --parent --no-parent' ;;
+    'rule create') printf -- '--query --label --folder --disabled' ;;
+    'highlight add') printf -- '--context --start --end --color' ;;
+    esac
+}
+
+# The command among the words before the cursor, as far as it is there.
 _mirelctl_command() {
-    local position
+    local position command=
     for ((position = 1; position < COMP_CWORD; ++position)); do
-        case ${COMP_WORDS[position]} in
-        status | sync | list | show)
-            [[ ${COMP_WORDS[position - 1]} == --data-dir ]] && continue
-            printf '%s\n' "${COMP_WORDS[position]}"
-            return
-            ;;
-        esac
+        [[ ${COMP_WORDS[position - 1]} == --data-dir || ${COMP_WORDS[position]} == -* ]] && continue
+        if [[ -z $command && " $1 " == *" ${COMP_WORDS[position]} "* ]]; then
+            command=${COMP_WORDS[position]}
+        elif [[ -n $command && " $(_mirelctl_words "$command") " == *" ${COMP_WORDS[position]} "* ]]; then
+            command+=" ${COMP_WORDS[position]}"
+        else
+            continue
+        fi
+        [[ -z $(_mirelctl_words "$command") ]] && break
     done
+    printf '%s' "$command"
 }
 
 _mirelctl() {
-    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} candidates
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} candidates command
+    local commands='status sync list show open search count label folder rule highlight authors preferences'
     # bash makes "=" a word of its own.
     if [[ $current == '=' ]]; then
         current=
@@ -30,15 +62,13 @@ _mirelctl() {
         ;;
     --filter) candidates='all inbox read favorites archive' ;;
     --sort) candidates='newest oldest author' ;;
-    --limit | --offset | --help | --version) candidates= ;;
+    --limit | --offset | --help | --version | --color | --into | --name | --description | --parent) candidates= ;;
+    --query | --label | --folder | --context | --start | --end) candidates= ;;
     *)
-        candidates='--data-dir --json --demo --help --version'
-        case $(_mirelctl_command) in
-        sync) candidates+=' --full' ;;
-        list) candidates+=' --filter --sort --limit --offset' ;;
-        show | status) ;;
-        *) candidates+=' status sync list show' ;;
-        esac
+        command=$(_mirelctl_command "$commands")
+        candidates="--data-dir --json --demo --help --version ${commands}"
+        [[ -n $command ]] && candidates="--data-dir --json --demo --help --version $(_mirelctl_words "$command")"
+        candidates+=" $(_mirelctl_options "$command")"
         ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$candidates" -- "$current")

@@ -229,6 +229,8 @@ TEST_F(BookmarkPersistence, AllPostIdsAreThoseOfLiveRows)
     upsert(testing::makePost(3));
     EXPECT_EQ(store->allBookmarkTweetIDs(),
               (QSet<QString>{testing::makePost(1).tweetID, testing::makePost(3).tweetID}));
+    EXPECT_EQ(store->tweetIDs(),
+              (QHash<qint64, QString>{{1, testing::makePost(1).tweetID}, {3, testing::makePost(3).tweetID}}));
 }
 
 TEST_F(BookmarkPersistence, TheFirstMarkingAsReadIsRemembered)

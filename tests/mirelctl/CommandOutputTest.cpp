@@ -1,14 +1,6 @@
-#include "testing/Printing.h"
+#include "CommandBench.h"
 
-#include "TestModel.h"
-#include "mirelctl/CommandError.h"
-#include "mirelctl/ListCommand.h"
-#include "mirelctl/ShowCommand.h"
-#include "mirelctl/StatusCommand.h"
-#include "mirelctl/SyncCommand.h"
-#include "support/BlockOn.h"
-
-#include <gtest/gtest.h>
+#include "presentation/PostPresentation.h"
 
 namespace mirel {
 namespace {
@@ -17,47 +9,7 @@ using namespace std::chrono_literals;
 using testing::makePost;
 using testing::TestModel;
 
-// Dates in the outputs are those of Greenwich.
-class CommandOutput : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        qputenv("TZ", "UTC");
-        tzset();
-    }
-
-    void store(const SyncedBookmark& post)
-    {
-        const auto upsert = [post, now = test.library.clock.now()](LocalLibraryStore& library) {
-            library.upsertFromX(post, now);
-        };
-        blockOn(model.store()->call(upsert));
-    }
-
-    QStringList lines(const QByteArray& output)
-    {
-        EXPECT_TRUE(output.endsWith('\n'));
-        return QString::fromUtf8(output).chopped(1).split(u'\n');
-    }
-
-    template <typename Operation>
-    QString failureOf(Operation operation)
-    {
-        try {
-            operation();
-        } catch (const Error& error) {
-            return error.description();
-        }
-        return QStringLiteral("no failure");
-    }
-
-    TestModel test;
-    MirelAppModel& model = *test.model;
-    CommandSurroundings forPeople{.columns = 60, .libraryPath = QStringLiteral("/somewhere/mirel.sqlite3")};
-    CommandSurroundings forPipes{.libraryPath = QStringLiteral("/somewhere/mirel.sqlite3")};
-    CommandSurroundings forMachines{.json = true, .libraryPath = QStringLiteral("/somewhere/mirel.sqlite3")};
-};
+using CommandOutput = testing::CommandBench;
 
 TEST_F(CommandOutput, ListsOneBookmarkALineAlignedByColumns)
 {
@@ -110,7 +62,7 @@ TEST_F(CommandOutput, MarksReadAndFavoriteBookmarks)
     }));
     EXPECT_EQ(lines(ListCommand{}.run(model, forPipes)),
               QStringList({QStringLiteral("10001  2020-09-13   ★  @ada  Post number 1")}));
-    EXPECT_EQ(ListCommand{.filter = LibraryFilter::archive}.run(model, forPipes), "No bookmarks.\n");
+    EXPECT_EQ(ListCommand{{.filter = LibraryFilter::archive}}.run(model, forPipes), "No bookmarks.\n");
 }
 
 TEST_F(CommandOutput, SaysThatAnEmptyLibraryIsEmpty)
@@ -125,7 +77,7 @@ TEST_F(CommandOutput, ListsFiftyUnlessAskedOtherwise)
         store(makePost(number));
     EXPECT_EQ(lines(ListCommand{}.run(model, forPipes)).size(), 50);
     const QStringList rest =
-        lines(ListCommand{.sort = LibrarySort::oldest, .limit = 100, .offset = 58}.run(model, forPipes));
+        lines(ListCommand{{.sort = LibrarySort::oldest, .limit = 100, .offset = 58}}.run(model, forPipes));
     ASSERT_EQ(rest.size(), 2);
     EXPECT_TRUE(rest[0].endsWith(u"Post number 59"));
     EXPECT_TRUE(rest[1].endsWith(u"Post number 60"));
@@ -139,8 +91,8 @@ TEST_F(CommandOutput, ReadsLongListingsInBatchesWithoutGapOrRepeat)
     }));
     const auto list = [&](qint64 limit, qint64 offset) {
         return decodeJSON<QList<Bookmark>>(
-            ListCommand{.sort = LibrarySort::oldest, .limit = limit, .offset = offset}.run(model,
-                                                                                           forMachines));
+            ListCommand{{.sort = LibrarySort::oldest, .limit = limit, .offset = offset}}.run(model,
+                                                                                             forMachines));
     };
     EXPECT_EQ(list(1'000, 0).size(), 1'000);
     EXPECT_EQ(list(501, 0).size(), 501);
@@ -216,6 +168,20 @@ TEST_F(CommandOutput, ShowRefusesWhatIsNoPostAndWhatIsNotStored)
     EXPECT_EQ(show("999"), QStringLiteral("That X post is not in the local library."));
 }
 
+TEST_F(CommandOutput, ShowsThePresentationAsJSONInAnyCase)
+{
+    SyncedBookmark post = makePost(1);
+    post.rawJSON = R"({"tweet":{"id":"10001","entities":{"urls":[{"expanded_url":"https://a.example/"}]}}})";
+    store(post);
+    const auto stored =
+        inLibrary([](LocalLibraryStore& library) { return *library.bookmark(QStringLiteral("10001")); });
+    QJsonObject expected = PostPresentation(stored).toJSON();
+    expected[u"contentType"] = QStringLiteral("externalLink");
+    EXPECT_EQ(expected[u"displayLabel"].toString(), QStringLiteral("External link"));
+    for (const auto& surroundings : {forPeople, forMachines})
+        EXPECT_TRUE(parseJSON(output("show --presentation 10001", surroundings)) == expected);
+}
+
 TEST_F(CommandOutput, TellsTheStatusOfAFreshLibrary)
 {
     EXPECT_EQ(lines(StatusCommand{}.run(model, forPeople)),
@@ -285,6 +251,21 @@ TEST(CommandOutputWithoutALibrary, FailsWithASentence)
     EXPECT_THROW((void)ShowCommand{QStringLiteral("1")}.run(model, {}), CommandError);
     EXPECT_THROW((void)StatusCommand{}.run(model, {}), CommandError);
     EXPECT_THROW((void)SyncCommand{}.run(model, {}), CommandError);
+    EXPECT_THROW((void)SearchCommand{}.run(model, {}), CommandError);
+    EXPECT_THROW((void)OpenCommand{QStringLiteral("1")}.run(model, {}), CommandError);
+    EXPECT_THROW((void)LabelListCommand{}.run(model, {}), CommandError);
+    EXPECT_THROW((void)PreferencesSetCommand{}.run(model, {}), CommandError);
+}
+
+TEST(CommandOutputWithoutALibrary, SaysFirstThatAReferenceIsNone)
+{
+    MirelAppModel model{MirelServices{}};
+    try {
+        (void)OpenCommand{QStringLiteral("nonsense")}.run(model, {});
+        FAIL() << "was opened";
+    } catch (const CommandError& error) {
+        EXPECT_EQ(error.description(), QStringLiteral("Enter a valid X post URL or tweet ID."));
+    }
 }
 
 } // namespace

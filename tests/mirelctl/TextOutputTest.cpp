@@ -80,6 +80,25 @@ TEST(TextOutput, CutsAWordThatIsWiderThanALine)
     EXPECT_EQ(wrappedToWidth(QStringLiteral("书"), 1), QStringList({QStringLiteral("书"), QString()}));
 }
 
+TEST(TextOutput, AlignsTheColumnsOfLinesAndCutsTheLast)
+{
+    const QList<QStringList> rows{{QStringLiteral("1"), QStringLiteral("书签"), QStringLiteral("last")},
+                                  {QStringLiteral("100"), QStringLiteral("a"), QString(30, u'x')}};
+    EXPECT_EQ(alignedLines(rows, {}),
+              QStringLiteral("1    书签  last\n100  a     ") + QString(30, u'x') + u'\n');
+    EXPECT_EQ(alignedLines(rows, 34),
+              QStringLiteral("1    书签  last\n100  a     ") + QString(22, u'x') + QStringLiteral("…\n"));
+    EXPECT_EQ(alignedLines(rows, 5),
+              QStringLiteral("1    书签  last\n100  a     ") + QString(19, u'x') + QStringLiteral("…\n"));
+    EXPECT_EQ(alignedLines({}, 5), QString());
+}
+
+TEST(TextOutput, KeepsEveryRowOnItsLine)
+{
+    EXPECT_EQ(alignedLines({{QStringLiteral("a\nb"), QStringLiteral("\x1b[2Jc\u2028d\ne")}}, {}),
+              QStringLiteral("a b  [2Jc d e\n"));
+}
+
 TEST(TextOutput, DropsWhatSteersATerminal)
 {
     EXPECT_EQ(printable(QStringLiteral("a\x1b[31mred\x07\u009b2J\r\nb\tc")),

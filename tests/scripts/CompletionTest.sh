@@ -2,6 +2,9 @@
 source "$(dirname -- "${BASH_SOURCE[0]}")/testing.sh"
 source "$project/mirelctl/completions/mirelctl.bash"
 
+commands='status sync list show open search count label folder rule highlight authors preferences'
+common='--data-dir --json --demo --help --version'
+
 # What bash offers after the words given, of which the last one is being typed.
 offered_after() {
     COMP_WORDS=(mirelctl "$@")
@@ -12,9 +15,10 @@ offered_after() {
 }
 
 test_offers_commands_and_options_first() {
-    expect_equal "$(offered_after '')" '--data-dir --json --demo --help --version status sync list show'
-    expect_equal "$(offered_after 's')" 'status sync show'
-    expect_equal "$(offered_after --json l)" 'list'
+    expect_equal "$(offered_after '')" \
+        "--data-dir --json --demo --help --version $commands"
+    expect_equal "$(offered_after 's')" 'status sync show search'
+    expect_equal "$(offered_after --json l)" 'list label'
     expect_equal "$(offered_after --d)" '--data-dir --demo'
 }
 
@@ -24,6 +28,41 @@ test_offers_the_options_of_the_command_that_stands_there() {
     expect_equal "$(offered_after status --f)" ''
     expect_equal "$(offered_after show --f)" ''
     expect_equal "$(offered_after --demo list --o)" '--offset'
+    expect_equal "$(offered_after show --p)" '--presentation'
+    expect_equal "$(offered_after search --)" "$common --filter --sort --limit --offset --ids --why"
+    expect_equal "$(offered_after search words --w)" '--why'
+    expect_equal "$(offered_after count --f)" '--filter'
+    expect_equal "$(offered_after open --)" "$common"
+    expect_equal "$(offered_after authors --)" "$common"
+}
+
+test_offers_the_second_words_of_commands() {
+    expect_equal "$(offered_after label '')" "$common list create rename merge delete add remove"
+    expect_equal "$(offered_after folder '')" "$common list create update delete assign unassign"
+    expect_equal "$(offered_after rule '')" "$common list create preview run enable disable delete"
+    expect_equal "$(offered_after highlight '')" "$common add list delete"
+    expect_equal "$(offered_after preferences '')" "$common get set"
+    expect_equal "$(offered_after --json label m)" 'merge'
+    expect_equal "$(offered_after label create l)" ''
+}
+
+test_offers_the_options_of_commands_of_two_words() {
+    expect_equal "$(offered_after label list --)" "$common"
+    expect_equal "$(offered_after label create --)" "$common --color"
+    expect_equal "$(offered_after label rename work --c)" '--color'
+    expect_equal "$(offered_after label merge a b --i)" '--into'
+    expect_equal "$(offered_after folder create --)" "$common --description --parent"
+    expect_equal "$(offered_after folder update --)" \
+        "$common --name --description --no-description --parent --no-parent"
+    expect_equal "$(offered_after rule create --)" "$common --query --label --folder --disabled"
+    expect_equal "$(offered_after highlight add 1 text --)" "$common --context --start --end --color"
+}
+
+test_offers_nothing_for_the_values_of_other_options() {
+    local option
+    for option in color into name description parent query label folder context start end; do
+        expect_equal "$(offered_after rule create "--$option" '')" ''
+    done
 }
 
 test_offers_no_second_command() {
@@ -51,7 +90,7 @@ test_offers_directories_for_the_library() {
 }
 
 test_takes_no_directory_for_a_command() {
-    expect_equal "$(offered_after --data-dir list s)" 'status sync show'
+    expect_equal "$(offered_after --data-dir list s)" 'status sync show search'
 }
 
 test_is_registered_for_mirelctl() {
@@ -65,10 +104,24 @@ options_in() {
 
 test_knows_the_same_options_in_every_shell() {
     local expected
-    expected=$(printf '%s\n' data-dir demo filter full help json limit offset sort version)
+    expected=$(printf '%s\n' color context data-dir demo description disabled end filter folder full help ids into \
+        json label limit name no-description no-parent offset parent presentation query sort start version why)
     expect_equal "$(options_in mirelctl.bash --)" "$expected"
     expect_equal "$(options_in _mirelctl --)" "$expected"
     expect_equal "$(options_in mirelctl.fish '-l ')" "$expected"
+}
+
+test_knows_the_same_commands_in_every_shell() {
+    local command
+    for command in $commands; do
+        expect_contains "$(<"$project/mirelctl/completions/_mirelctl")" "'$command:"
+        expect_contains "$(<"$project/mirelctl/completions/mirelctl.fish")" "-a $command -d"
+    done
+    for command in 'list create rename merge delete add remove' 'list create update delete assign unassign' \
+        'list create preview run enable disable delete' 'add list delete' 'get set'; do
+        expect_contains "$(<"$project/mirelctl/completions/_mirelctl")" "_mirelctl_words $command ;;"
+        expect_contains "$(<"$project/mirelctl/completions/mirelctl.fish")" " $command'"
+    done
 }
 
 run_test "$@"
