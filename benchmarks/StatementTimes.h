@@ -1,13 +1,11 @@
 #pragma once
 
+#include "Timing.h"
+
 #include <QByteArray>
 #include <QList>
 
-#include <chrono>
-
 namespace mirel {
-
-using Duration = std::chrono::duration<double>;
 
 // One statement, or several with the same text.
 struct StatementTime

@@ -1,6 +1,7 @@
 #include "BareLoop.h"
 #include "PageGenerator.h"
 #include "ReadyPages.h"
+#include "Timing.h"
 #include "credentials/InMemoryCredentialVault.h"
 #include "support/BlockOn.h"
 #include "x/MirelSyncService.h"
@@ -19,23 +20,6 @@
 
 namespace mirel {
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-template <typename Operation>
-Duration timeOf(Operation operation)
-{
-    const auto start = Clock::now();
-    operation();
-    return Clock::now() - start;
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    const size_t middle = values.size() / 2;
-    return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
-}
 
 XCredentials account()
 {

@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds Mirel and its benchmarks for release, and measures: mapping, storing, opening
-# a library, listing it, and a whole sync. A machine that does nothing else gives the steadiest numbers.
+# a library, listing and searching it, and a whole sync. A machine that does nothing else gives the steadiest
+# numbers.
 #
 #     scripts/bench.sh [--full] [--runs N]
 #
-# --full     libraries of 10,000 and 50,000 posts of real size, which take 6 GB of disk, instead of light ones of
-#            1,000 and 10,000
+# --full     libraries of 10,000 and 50,000 posts of real size, which take 11 GB of disk, instead of light ones
+#            of 1,000 and 10,000
 # --runs N   how often each is repeated (5)
 #
 # The libraries are kept in $MIREL_BENCHMARK_DIR, or in build/benchmarks/; rm -r it when done.
@@ -116,6 +117,14 @@ measure_library() {
         "${cold%% *}" "$(column 3 <"$work/runs.txt" | sort -n | tail -n 1)"
 }
 
+# Searches a copy of the library $1, which the measuring changes.
+measure_search() {
+    local copy=$work/searched
+    cp -r --reflink=auto -- "$1" "$copy" || fail "The library $1 could not be copied. Is there space for it?"
+    "$programs/search-benchmark" --runs "$runs" "$copy" || fail "search-benchmark failed."
+    rm -rf -- "$copy"
+}
+
 clean_up() {
     [[ -z $simulator ]] || kill "$simulator" 2>/dev/null || true
     rm -rf -- "$work"
@@ -167,8 +176,8 @@ measure_responsiveness() {
 main() {
     read_arguments "$@"
     install_packages
-    build release mirelctl mirel-simulator mapping-benchmark store-benchmark open-benchmark library-generator \
-        responsiveness-benchmark
+    build release mirelctl mirel-simulator mapping-benchmark store-benchmark open-benchmark search-benchmark \
+        library-generator responsiveness-benchmark
     trap clean_up EXIT
     mkdir -p -- "$work" || fail "The directory $directory cannot be made. Set MIREL_BENCHMARK_DIR."
     describe_machine
@@ -184,6 +193,8 @@ main() {
         made=$(library "$posts" "$kind")
         heading "Opening and listing $posts posts${kind:+, light ones}"
         measure_library "$made"
+        heading "Searching $posts posts${kind:+, light ones}"
+        measure_search "$made"
     done
     heading "A sync of $synced_posts posts over loopback"
     measure_sync

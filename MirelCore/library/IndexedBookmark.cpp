@@ -95,7 +95,8 @@ qint64 IndexedBookmark::authorID() const
 
 std::optional<qint64> IndexedBookmark::folderID() const
 {
-    return m_entry.folderID;
+    // That of a folder which is missing is none.
+    return m_folder ? m_entry.folderID : std::nullopt;
 }
 
 bool IndexedBookmark::hasLabelWithID(qint64 tagID) const

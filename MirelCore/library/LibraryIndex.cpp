@@ -71,15 +71,13 @@ QList<qint64> LibraryIndex::ids(LibraryFilter mailbox, LibrarySort sort, qint64 
     return ids;
 }
 
-qint64 LibraryIndex::count(LibraryFilter mailbox)
-{
-    bringUpToDate(IndexDepth::outline);
-    return std::count_if(m_entries.cbegin(), m_entries.cend(),
-                         [mailbox](const IndexEntry& entry) { return entry.isIn(mailbox); });
-}
-
 LibraryCounts LibraryIndex::counts()
 {
+    bringUpToDate(IndexDepth::outline);
+    const auto count = [this](LibraryFilter mailbox) -> qint64 {
+        return std::count_if(m_entries.cbegin(), m_entries.cend(),
+                             [mailbox](const IndexEntry& entry) { return entry.isIn(mailbox); });
+    };
     return {
         .all = count(LibraryFilter::all),
         .inbox = count(LibraryFilter::inbox),
@@ -149,6 +147,7 @@ void LibraryIndex::loadOutline()
 {
     forget();
     m_entries = loadOutlines(m_connection);
+    m_entries.shrink_to_fit();
     m_places.reserve(static_cast<qsizetype>(m_entries.size()));
     quint32 place = 0;
     for (const IndexEntry& entry : m_entries)
@@ -196,6 +195,7 @@ void LibraryIndex::takeIn(const ChangedRows& rows)
         remove(id);
     if (m_depth > IndexDepth::outline)
         load(ids, m_depth);
+    dropLongestTexts();
     if (!rows.authors.isEmpty())
         m_orders[static_cast<size_t>(LibrarySort::author)] = {};
 }
@@ -204,20 +204,29 @@ QSet<qint64> LibraryIndex::affectedBookmarks(const ChangedRows& rows)
 {
     QSet<qint64> affected = rows.bookmarks + rows.bookmarkFolders;
     for (const IndexEntry& entry : m_entries) {
+        // One without an author may have got it.
         const bool isAffected =
-            (entry.authorID && rows.authors.contains(*entry.authorID)) ||
+            (entry.authorID ? rows.authors.contains(*entry.authorID) : !rows.authors.isEmpty()) ||
             (entry.folderID && rows.folders.contains(*entry.folderID)) ||
             std::any_of(entry.labels.cbegin(), entry.labels.cend(), [&rows](const IndexedLabel& label) {
-                return rows.tags.contains(label.names->id) || rows.bookmarkTags.contains(label.link);
+                return rows.bookmarkTags.contains(label.link);
             });
         if (isAffected)
             affected.insert(entry.id);
     }
-    // A link that is new, or that took the rowid of one that was removed.
-    m_connection.forEachRow(
-        "SELECT bookmark_id FROM bookmark_tags WHERE rowid IN (SELECT value FROM json_each(?))",
-        {encodeJSON(rows.bookmarkTags.values())},
-        [&affected](const SQLiteRow& row) { affected.insert(row.integer("bookmark_id").value_or(0)); });
+    const auto addLinked = [&](const QByteArray& query, const QSet<qint64>& ids) {
+        if (ids.isEmpty())
+            return;
+        m_connection.forEachRow(query, {encodeJSON(ids.values())}, [&affected](const SQLiteRow& row) {
+            affected.insert(row.integer("bookmark_id").value_or(0));
+        });
+    };
+    // Links that are new, or that took the rowid of one that was removed.
+    addLinked("SELECT bookmark_id FROM bookmark_tags WHERE rowid IN (SELECT value FROM json_each(?))",
+              rows.bookmarkTags);
+    // Also those that were there before their label.
+    addLinked("SELECT bookmark_id FROM bookmark_tags WHERE tag_id IN (SELECT value FROM json_each(?))",
+              rows.tags);
     return affected;
 }
 
@@ -255,6 +264,9 @@ void LibraryIndex::put(IndexEntry entry)
     if (known == m_places.cend()) {
         m_orders = {};
         m_places.insert(entry.id, static_cast<quint32>(m_entries.size()));
+        // push_back() would double the memory.
+        if (m_entries.size() == m_entries.capacity())
+            m_entries.reserve(m_entries.size() * 9 / 8 + 16);
         m_entries.push_back(std::move(entry));
         return;
     }
@@ -314,10 +326,11 @@ void LibraryIndex::dropLongestTexts()
 
 const std::vector<quint32>& LibraryIndex::order(LibrarySort sort)
 {
-    std::vector<quint32>& places = m_orders[static_cast<size_t>(sort)];
-    if (places.size() == m_entries.size())
-        return places;
-    places.resize(m_entries.size());
+    std::vector<quint32>& known = m_orders[static_cast<size_t>(sort)];
+    if (known.size() == m_entries.size())
+        return known;
+    // Kept only once it is sorted, which may fail.
+    std::vector<quint32> places(m_entries.size());
     std::iota(places.begin(), places.end(), 0U);
     const auto isNewer = [this](quint32 a, quint32 b) {
         const IndexEntry& left = m_entries[a];
@@ -341,7 +354,8 @@ const std::vector<quint32>& LibraryIndex::order(LibrarySort sort)
         break;
     }
     }
-    return places;
+    known = std::move(places);
+    return known;
 }
 
 LibraryIndex::Size LibraryIndex::size() const

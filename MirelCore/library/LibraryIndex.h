@@ -26,7 +26,7 @@ public:
     [[nodiscard]] QList<qint64> ids(LibraryFilter mailbox, LibrarySort sort);
     [[nodiscard]] QList<qint64> ids(LibraryFilter mailbox, LibrarySort sort, qint64 limit, qint64 offset);
 
-    [[nodiscard]] qint64 count(LibraryFilter mailbox);
+    // A bookmark whose author is missing counts, although it is never listed.
     [[nodiscard]] LibraryCounts counts();
 
     // Those of them that pass the search. Throws also what keeps a bookmark of the mailbox from being loaded,

@@ -22,10 +22,7 @@ BookmarkSearchPage LocalLibraryStore::searchBookmarksPage(LibraryFilter filter,
                                                           const LibraryRefinements& refinements, qint64 limit,
                                                           qint64 offset, LibrarySort sort)
 {
-    const LibrarySearch search(refinements);
-    if (search.matchesEverything())
-        return {.items = listBookmarks(filter, limit, offset, sort), .totalCount = m_index.count(filter)};
-    const QList<qint64> ids = m_index.matchingIDs(filter, search, sort);
+    const QList<qint64> ids = matchingBookmarkIDs(filter, refinements, sort);
     return {.items =
                 bookmarks(ids.mid(std::max<qint64>(offset, 0), std::clamp<qint64>(limit, 1, largestPage))),
             .totalCount = ids.size()};
@@ -46,9 +43,7 @@ QList<Bookmark> LocalLibraryStore::searchAllBookmarks(LibraryFilter filter,
 
 qint64 LocalLibraryStore::countBookmarks(LibraryFilter filter, const LibraryRefinements& refinements)
 {
-    const LibrarySearch search(refinements);
-    return search.matchesEverything() ? m_index.count(filter)
-                                      : m_index.matchingIDs(filter, search, LibrarySort::newest).size();
+    return matchingBookmarkIDs(filter, refinements, LibrarySort::newest).size();
 }
 
 bool LocalLibraryStore::prepareSearch()
