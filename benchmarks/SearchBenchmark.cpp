@@ -3,6 +3,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 
 #include <sqlite3.h>
 
@@ -250,6 +251,8 @@ private:
 void run(const QString& directory, int runs)
 {
     const QString path = libraryIn(directory);
+    if (!QFile::exists(path))
+        throw std::runtime_error("There is no library in that directory.");
     prepare(path);
     SearchMeasurement measurement(path, runs);
     measurement.compareFirstAndWarm();

@@ -55,7 +55,7 @@ QByteArray searchBytes(const QString& text)
         // QString::toUtf8() would make a question mark of half a surrogate pair, which is a text to search
         // for.
         QStringEncoder encoder(QStringEncoder::Utf8, QStringConverter::Flag::Stateless);
-        bytes += encoder.encode(QString(place, end - place).toLower());
+        bytes += encoder.encode(lowerCased(QString(place, end - place)));
         place = end;
     }
     return bytes;
