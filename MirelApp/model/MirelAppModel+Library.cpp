@@ -77,7 +77,7 @@ QCoro::Task<> MirelAppModel::readLibrary()
             isDone = co_await readPage();
     } catch (...) {
         m_hasLoaded = true;
-        m_hasListingFailed = true;
+        m_listingError = describe(std::current_exception());
         fail(std::current_exception());
     }
     setLoading(false);
@@ -107,7 +107,7 @@ QCoro::Task<bool> MirelAppModel::readPage()
     m_counts = counts;
     m_libraryResultCount = found.totalCount;
     m_hasLoaded = true;
-    m_hasListingFailed = false;
+    m_listingError.reset();
     m_bookmarks.setBookmarks(found.items);
     dropMissingSelection();
     showPost();
@@ -171,11 +171,17 @@ QCoro::Task<> MirelAppModel::selectAllLibraryResults()
         co_return;
     const RunningCommand running(*this);
     try {
+        const SidebarDestination selection = m_selection;
         const ListedPage listed = listedPage();
         const auto search = [listed](LocalLibraryStore& library) {
             return library.matchingBookmarkIDs(listed.filter, listed.refinements, listed.sort);
         };
         const QList<qint64> ids = co_await m_services.store->call(search);
+        // What was found elsewhere is not to be worked on here. Another page is still the same place.
+        ListedPage now = listedPage();
+        now.page = listed.page;
+        if (selection != m_selection || now != listed)
+            co_return;
         m_selectedBookmarkIDs = QSet<qint64>(ids.cbegin(), ids.cend());
         Q_EMIT selectionChanged();
         setStatusMessage(QStringLiteral("Selected all %1 matching bookmarks.").arg(ids.size()));
@@ -202,6 +208,7 @@ QCoro::Task<> MirelAppModel::previousPage()
 
 QCoro::Task<> MirelAppModel::openPage(qint64 page)
 {
+    ++m_readerGeneration;
     m_page = page;
     Q_EMIT placeChanged();
     co_await refreshLibrary();

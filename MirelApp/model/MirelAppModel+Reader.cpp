@@ -166,11 +166,15 @@ QCoro::Task<> MirelAppModel::presentShownPost()
         const auto present = [bookmark = *presented](LocalLibraryStore&) {
             return PostPresentation(bookmark);
         };
-        PostPresentation presentation = co_await m_services.store->call(present);
-        if (presented != m_shownBookmark)
-            continue;
-        m_shownPresentation = std::move(presentation);
-        Q_EMIT shownPostChanged();
+        try {
+            PostPresentation presentation = co_await m_services.store->call(present);
+            if (presented != m_shownBookmark)
+                continue;
+            m_shownPresentation = std::move(presentation);
+            Q_EMIT shownPostChanged();
+        } catch (...) {
+            fail(std::current_exception());
+        }
     }
     m_isPresenting = false;
 }
@@ -181,10 +185,6 @@ QVariant MirelAppModel::shownPostVariant() const
         return QVariant::fromValue(nullptr);
     QVariantMap post = BookmarkListModel::values(*m_shownBookmark);
     post[QStringLiteral("kind")] = m_shownPresentation ? m_shownPresentation->displayLabel() : QString();
-    if (m_shownPresentation) {
-        post[QStringLiteral("title")] = displayText(m_shownPresentation->primaryTitle.value_or(QString()));
-        post[QStringLiteral("media")] = BookmarkListModel::mediaRows(m_shownPresentation->primaryMedia);
-    }
     return post;
 }
 

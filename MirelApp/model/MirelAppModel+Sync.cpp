@@ -69,6 +69,7 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
     if (reloads)
         co_await refreshLibrary();
     co_await refreshSyncRuns();
+    co_await refreshOrganization();
     endSync();
 }
 

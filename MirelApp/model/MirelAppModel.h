@@ -69,8 +69,10 @@ class MirelAppModel : public QObject
     // The first listing has arrived or failed.
     Q_PROPERTY(bool hasLoaded READ hasLoaded NOTIFY isLoadingChanged)
     Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
-    // The last reading of the library failed; `lastError` told why, and older rows may be shown.
+    // The last reading of the library failed, and older rows may be shown.
     Q_PROPERTY(bool hasListingFailed READ hasListingFailed NOTIFY isLoadingChanged)
+    // Why it failed; `lastError` told it too, but may tell of something else by now.
+    Q_PROPERTY(QString listingError READ listingErrorText NOTIFY isLoadingChanged)
     // The library is being read, or will be once the reading under way has ended.
     Q_PROPERTY(bool isReadingLibrary READ isReadingLibrary NOTIFY isLoadingChanged)
     // 0: none.
@@ -207,7 +209,7 @@ public:
     [[nodiscard]] bool hasLoaded() const { return m_hasLoaded; }
     [[nodiscard]] bool isLoading() const { return m_isLoading; }
     [[nodiscard]] bool isReadingLibrary() const { return m_isReadingLibrary; }
-    [[nodiscard]] bool hasListingFailed() const { return m_hasListingFailed; }
+    [[nodiscard]] bool hasListingFailed() const { return m_listingError.has_value(); }
     [[nodiscard]] bool isSyncing() const { return m_isSyncing; }
     [[nodiscard]] const std::optional<BookmarkSyncProgress>& syncProgress() const { return m_syncProgress; }
     // Of the last sync of this process that completed.
@@ -286,6 +288,8 @@ private:
     [[nodiscard]] QString statusMessageText() const { return m_statusMessage.value_or(QString()); }
     [[nodiscard]] QString lastErrorText() const { return m_lastError.value_or(QString()); }
 
+    [[nodiscard]] QString listingErrorText() const { return m_listingError.value_or(QString()); }
+
     void setStatusMessage(const QString& message);
     void setLastError(std::optional<QString> error);
     // The shared failure step of all commands.
@@ -339,7 +343,7 @@ private:
     bool m_isReadingLibrary = false;
     // Ends with the reading that follows the one under way; null when nobody waits for it.
     std::shared_ptr<QPromise<void>> m_waitingRefresh;
-    bool m_hasListingFailed = false;
+    std::optional<QString> m_listingError;
     std::optional<qint64> m_selectedBookmarkID;
     QSet<qint64> m_selectedBookmarkIDs;
     std::optional<Bookmark> m_readerBookmark;

@@ -13,13 +13,16 @@ Rectangle {
     property real listWidth: Measures.listColumn
     readonly property bool hasPreview: width >= Measures.narrowestListColumn + Measures.narrowestPreview
     readonly property bool isEmptyLibrary: appModel.counts.all === 0
-    readonly property bool isNoMatch: appModel.isRefined && !isEmptyLibrary
+    // Of the last reading: until the next one has ended, nothing is known of the new place.
+    property bool isNoMatch: false
+    // There is nothing to show meanwhile.
+    property bool isSlow: false
     readonly property string shown: {
         if (!appModel.hasLibrary)
             return "unavailable";
         if (appModel.bookmarks.count > 0)
             return "rows";
-        if (!appModel.hasLoaded || (appModel.isSyncing && isEmptyLibrary))
+        if (!appModel.hasLoaded || isSlow || (appModel.isSyncing && isEmptyLibrary))
             return "loading";
         return appModel.hasListingFailed ? "failed" : "empty";
     }
@@ -154,7 +157,7 @@ Rectangle {
         symbol: "triangle-alert"
         symbolColor: Theme.failure
         title: "The library could not be read"
-        explanation: content.appModel.lastError + "\nNothing was changed. Try again; if it fails again, check that the disk is mounted and has free space."
+        explanation: content.appModel.listingError + "\nNothing was changed. Try again; if it fails again, check that the disk is mounted and has free space."
 
         PushButton {
             objectName: "retry"
@@ -183,6 +186,16 @@ Rectangle {
         }
     }
 
+    Timer {
+        interval: 200
+        running: content.appModel.isReadingLibrary && content.appModel.bookmarks.count === 0
+        onRunningChanged: {
+            if (!running && !content.appModel.isReadingLibrary)
+                content.isSlow = false;
+        }
+        onTriggered: content.isSlow = true
+    }
+
     // Another page, mailbox or order begins at its top, unless it holds the selected row.
     Connections {
         property bool isTurning: false
@@ -194,6 +207,7 @@ Rectangle {
         }
 
         function onLibraryChanged() {
+            content.isNoMatch = content.appModel.isRefined && !content.isEmptyLibrary;
             if (!isTurning)
                 return;
             isTurning = false;

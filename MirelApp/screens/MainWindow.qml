@@ -204,7 +204,7 @@ ApplicationWindow {
 
                 Layout.fillWidth: true
                 appModel: main.appModel
-                errorIsShownElsewhere: content.shown === "unavailable" || content.shown === "failed"
+                errorIsShownElsewhere: !main.appModel.isReaderOpen && (content.shown === "unavailable" || content.shown === "failed")
             }
         }
     }

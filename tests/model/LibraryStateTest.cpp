@@ -314,6 +314,49 @@ TEST_F(LibraryState, ReadsOnlyTheNewestOfTheSearchesThatPileUp)
     EXPECT_FALSE(model->isReadingLibrary());
 }
 
+TEST_F(LibraryState, WhatWasSelectedElsewhereIsDropped)
+{
+    startWith(60);
+    testing::HeldLibrary held(*model);
+    auto selecting = model->selectAllLibraryResults();
+    auto leaving = model->show(SidebarDestination::search);
+    held.release();
+    blockOn(std::move(selecting));
+    blockOn(std::move(leaving));
+    EXPECT_TRUE(model->selectedBookmarkIDs().isEmpty());
+    EXPECT_FALSE(model->statusMessage());
+}
+
+TEST_F(LibraryState, AnotherPageIsTheSamePlaceForSelectingAll)
+{
+    startWith(60);
+    testing::HeldLibrary held(*model);
+    auto selecting = model->selectAllLibraryResults();
+    auto turning = model->nextPage();
+    held.release();
+    blockOn(std::move(selecting));
+    blockOn(std::move(turning));
+    EXPECT_EQ(model->selectedBookmarkIDs().size(), 60);
+    EXPECT_EQ(model->page(), 1);
+}
+
+TEST_F(LibraryState, KeepsWhyTheListingFailedWhenSomethingElseFails)
+{
+    startWith(3);
+    library.connect()->execute("UPDATE bookmarks SET media_json = '' WHERE id = 2");
+    blockOn(model->refreshLibrary());
+    const QString why = model->property("listingError").toString();
+    EXPECT_EQ(why, model->lastError());
+    library.connect()->execute("ALTER TABLE sync_runs RENAME TO hidden_runs");
+    blockOn(model->refreshSyncRuns());
+    EXPECT_NE(model->lastError(), why);
+    EXPECT_EQ(model->property("listingError").toString(), why);
+    library.connect()->execute("ALTER TABLE hidden_runs RENAME TO sync_runs;"
+                               "UPDATE bookmarks SET media_json = '[]' WHERE id = 2");
+    blockOn(model->refreshLibrary());
+    EXPECT_EQ(model->property("listingError").toString(), QString());
+}
+
 TEST_F(LibraryState, AFailureDoesNotKeepTheNextReadingFromComing)
 {
     startWith(3);

@@ -350,6 +350,22 @@ TEST_F(Navigation, AUserWhoGoesOnWhileTheWayBackIsReadIsNotTakenToTheOldPost)
     EXPECT_EQ(model->selection(), search);
 }
 
+TEST_F(Navigation, AUserWhoTypesOnWhileTheWayBackIsReadKeepsTheResults)
+{
+    startWith(3);
+    blockOn(model->runSearch(QStringLiteral("post")));
+    blockOn(model->openBookmark(idOf(2)));
+    blockOn(model->show(SidebarDestination::library));
+    testing::HeldLibrary held(*model);
+    auto back = model->goBack();
+    auto typing = model->setSearchQuery(QStringLiteral("post n"));
+    held.release();
+    blockOn(std::move(back));
+    blockOn(std::move(typing));
+    EXPECT_FALSE(model->isReaderOpen());
+    EXPECT_EQ(model->searchQuery(), QStringLiteral("post n"));
+}
+
 TEST_F(Navigation, KnowsWhatLiesBehind)
 {
     startWith(3);

@@ -60,6 +60,17 @@ TEST_F(OrganizationState, EachOfItsDestinationsReadsItAgain)
     }
 }
 
+TEST_F(OrganizationState, ASyncBringsItsAuthors)
+{
+    makeModel();
+    blockOn(model->start());
+    EXPECT_TRUE(model->authorSummaries().isEmpty());
+    x->answer = [](int) { return testing::makePage(1, 3); };
+    blockOn(model->syncNow({}, false));
+    ASSERT_EQ(model->authorSummaries().size(), 1);
+    EXPECT_EQ(model->authorSummaries().first().bookmarkCount, 3);
+}
+
 TEST_F(OrganizationState, AFailureKeepsWhatWasShown)
 {
     store(1, 3);
