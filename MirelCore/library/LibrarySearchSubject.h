@@ -11,7 +11,8 @@
 namespace mirel {
 
 // What a search can ask of one bookmark. It holds facts only: which of them a condition asks for, and what it
-// makes of the answer, is decided by LibrarySearchCondition and LibrarySearch. Asking never fails.
+// makes of the answer, is decided by LibrarySearchCondition and LibrarySearch. Asking
+// throws only where an implementation says so.
 //
 // Values are lower-cased and not empty; what they are compared with is as searchKey() makes it. Needles are
 // as searchBytes() makes them.

@@ -18,7 +18,7 @@ BookmarkHighlight LocalLibraryStore::createHighlight(qint64 bookmarkID, const QS
                                                      qint64 startOffset, qint64 endOffset,
                                                      const QString& colorHex, Instant createdAt)
 {
-    const QString selection = firstCharacters(trimmed(selectedText), longestSelection);
+    const QString selection = firstCharacters(trimmed(storedText(selectedText)), longestSelection);
     if (selection.isEmpty())
         throw OrganizationError(OrganizationError::Case::invalidName);
     BookmarkHighlight highlight{
@@ -31,7 +31,7 @@ BookmarkHighlight LocalLibraryStore::createHighlight(qint64 bookmarkID, const QS
         .createdAt = createdAt,
     };
     if (contextText)
-        highlight.contextText = firstCharacters(*contextText, longestContext);
+        highlight.contextText = firstCharacters(storedText(*contextText), longestContext);
     m_database.run("INSERT INTO highlights (bookmark_id, selected_text, context_text, start_offset, "
                    "end_offset, color_hex, created_at) VALUES (?, ?, ?, ?, ?, ?, ?)",
                    {highlight.bookmarkID, highlight.selectedText, highlight.contextText,

@@ -38,7 +38,12 @@ QList<Bookmark> LocalLibraryStore::searchBookmarks(LibraryFilter filter,
 QList<Bookmark> LocalLibraryStore::searchAllBookmarks(LibraryFilter filter,
                                                       const LibraryRefinements& refinements, LibrarySort sort)
 {
-    return bookmarks(matchingBookmarkIDs(filter, refinements, sort));
+    const QList<qint64> ids = matchingBookmarkIDs(filter, refinements, sort);
+    QList<Bookmark> matching;
+    matching.reserve(ids.size());
+    for (qsizetype place = 0; place < ids.size(); place += largestPage)
+        matching += bookmarks(ids.mid(place, largestPage));
+    return matching;
 }
 
 qint64 LocalLibraryStore::countBookmarks(LibraryFilter filter, const LibraryRefinements& refinements)

@@ -1,6 +1,7 @@
 #include "library/OrganizationNames.h"
 
 #include "library/OrganizationError.h"
+#include "library/SQLiteValue.h"
 #include "support/Text.h"
 
 namespace mirel {
@@ -13,7 +14,7 @@ constexpr qsizetype longestName = 100;
 
 QString storedName(const QString& name)
 {
-    return firstCharacters(trimmed(name), longestName);
+    return firstCharacters(trimmed(storedText(name)), longestName);
 }
 
 QString cleanName(const QString& name)

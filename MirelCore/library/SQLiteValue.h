@@ -11,6 +11,12 @@
 
 namespace mirel {
 
+// What the library keeps of a text: all before its first NUL.
+[[nodiscard]] inline QString storedText(const QString& text)
+{
+    return text.left(text.indexOf(QChar::Null));
+}
+
 // A value to bind. Texts are UTF-8 and end before their first NUL.
 class SQLiteValue
 {

@@ -147,5 +147,19 @@ TEST_F(Highlights, AMistypedColumnTakesItsDefault)
         << "made at the first second of 1970";
 }
 
+TEST_F(Highlights, ATextEndsAtItsFirstNUL)
+{
+    const qint64 bookmarkID = store->upsertFromX(testing::makePost(1), library.clock.now()).id;
+    const QString nothing = QString(1, QChar::Null) + QStringLiteral("abc");
+    EXPECT_THROW(static_cast<void>(
+                     store->createHighlight(bookmarkID, nothing, {}, 0, 3, QString(), library.clock.now())),
+                 OrganizationError);
+    const BookmarkHighlight highlight =
+        store->createHighlight(bookmarkID, QStringLiteral("ab ") + nothing, nothing, 0, 3,
+                               QStringLiteral("#fde68a"), library.clock.now());
+    EXPECT_EQ(highlight.selectedText, QStringLiteral("ab"));
+    EXPECT_EQ(store->highlights(bookmarkID), QList{highlight});
+}
+
 } // namespace
 } // namespace mirel
