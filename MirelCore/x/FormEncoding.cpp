@@ -6,16 +6,21 @@
 
 namespace mirel {
 
-QByteArray formEncoded(QList<FormField> fields)
+QByteArray queryEncoded(const QList<FormField>& fields)
 {
     constexpr auto allowed = "!$'()*+,;:@/?";
-    std::stable_sort(fields.begin(), fields.end(),
-                     [](const FormField& a, const FormField& b) { return a.first < b.first; });
     QByteArrayList encoded;
     for (const auto& [name, value] : fields)
         encoded.append(QUrl::toPercentEncoding(name, allowed) + '=' +
                        QUrl::toPercentEncoding(value, allowed));
     return encoded.join('&');
+}
+
+QByteArray formEncoded(QList<FormField> fields)
+{
+    std::stable_sort(fields.begin(), fields.end(),
+                     [](const FormField& a, const FormField& b) { return a.first < b.first; });
+    return queryEncoded(fields);
 }
 
 QByteArray pathSegmentEncoded(const QString& text)

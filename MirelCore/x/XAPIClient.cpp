@@ -2,9 +2,7 @@
 
 #include "support/RawJSONDecoding.h"
 #include "x/XAPIError.h"
-#include "x/XResponses.h"
-
-#include <QStringDecoder>
+#include "x/XRequests.h"
 
 #include <cmath>
 
@@ -12,10 +10,8 @@ namespace mirel {
 
 namespace {
 
-constexpr std::chrono::seconds requestTimeout{60};
 // A token that lasts no longer than this is refreshed before it is used.
 constexpr double refreshMarginSeconds = 30;
-constexpr qint64 defaultTokenLifetimeSeconds = 7200;
 
 // What every request for whole posts asks for.
 QList<FormField> commonPostQuery()
@@ -49,11 +45,6 @@ QByteArray bookmarksPath(const XCredentials& credentials)
     return "/users/" + pathSegmentEncoded(credentials.userID) + "/bookmarks";
 }
 
-QList<HTTPHeader> authorizedHeaders(const QString& accessToken)
-{
-    return {{"Authorization", "Bearer " + accessToken.toUtf8()}, {"Accept", "application/json"}};
-}
-
 template <typename Response>
 Response decodeResponse(const QByteArray& body)
 {
@@ -80,15 +71,6 @@ std::optional<Instant> resetInstant(const HTTPResponse& response)
     return Instant::fromSecondsSince1970(seconds);
 }
 
-std::optional<QString> utf8Text(const QByteArray& bytes)
-{
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = decoder(bytes);
-    if (decoder.hasError())
-        return std::nullopt;
-    return text;
-}
-
 QString failureMessage(const QByteArray& body)
 {
     try {
@@ -99,7 +81,7 @@ QString failureMessage(const QByteArray& body)
             return *problem.title;
     } catch (const RawJSONError&) {
     }
-    return utf8Text(body).value_or(QStringLiteral("Request failed"));
+    return xRequests::failureText(body);
 }
 
 XAPIError responseError(const HTTPResponse& response)
@@ -160,7 +142,7 @@ void enrich(QuotedPost& quoted, const TweetDTO& found, const postMapping::MediaB
 XAPIClient::XAPIClient(CredentialVault& credentials, HTTPTransport& transport, QUrl baseURL, Clock now)
     : m_credentials(credentials)
     , m_transport(transport)
-    , m_baseURL(baseURL.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment))
+    , m_baseURL(std::move(baseURL))
     , m_now(std::move(now))
 {
 }
@@ -182,8 +164,8 @@ QCoro::Task<XBookmarkPage> XAPIClient::bookmarks(std::optional<QString> paginati
 QCoro::Task<XUser> XAPIClient::currentUser()
 {
     const XCredentials credentials = co_await authorizedCredentials();
-    const QList<FormField> query{{QStringLiteral("user.fields"), QStringLiteral("id,name,username")}};
-    const QByteArray body = co_await get("/users/me", query, credentials.accessToken);
+    HTTPRequest asking = xRequests::currentUser(m_baseURL, credentials.accessToken);
+    const QByteArray body = co_await send(std::move(asking));
     co_return decodeResponse<CurrentUserResponse>(body).data;
 }
 
@@ -236,8 +218,9 @@ QCoro::Task<QList<ThreadPost>> XAPIClient::conversation(QString conversationID, 
 QCoro::Task<> XAPIClient::deleteBookmark(QString tweetID)
 {
     const XCredentials credentials = co_await authorizedCredentials();
-    HTTPRequest deletion = request("DELETE", bookmarksPath(credentials) + '/' + pathSegmentEncoded(tweetID));
-    deletion.headers = authorizedHeaders(credentials.accessToken);
+    HTTPRequest deletion =
+        xRequests::below(m_baseURL, "DELETE", bookmarksPath(credentials) + '/' + pathSegmentEncoded(tweetID));
+    deletion.headers = xRequests::authorizedHeaders(credentials.accessToken);
     co_await send(std::move(deletion));
 }
 
@@ -263,8 +246,7 @@ QCoro::Task<XCredentials> XAPIClient::refresh(XCredentials credentials)
     credentials.accessToken = tokens.accessToken;
     if (tokens.refreshToken)
         credentials.refreshToken = tokens.refreshToken;
-    const qint64 lifetime = tokens.expiresIn.value_or(defaultTokenLifetimeSeconds);
-    credentials.expiresAt = m_now().addingSeconds(static_cast<double>(lifetime));
+    credentials.expiresAt = xRequests::expiry(tokens, m_now());
     // X forgets the old refresh token with its answer, so the new one is saved before anything can fail.
     co_await m_credentials.saveXCredentials(credentials);
     co_return credentials;
@@ -272,26 +254,15 @@ QCoro::Task<XCredentials> XAPIClient::refresh(XCredentials credentials)
 
 HTTPRequest XAPIClient::refreshRequest(const XCredentials& credentials) const
 {
-    HTTPRequest refreshing = request("POST", "/oauth2/token");
-    refreshing.headers.append(HTTPHeader("Content-Type", "application/x-www-form-urlencoded"));
-    if (credentials.clientSecret && !credentials.clientSecret->isEmpty()) {
-        const QString client = credentials.clientID + u':' + *credentials.clientSecret;
-        refreshing.headers.append(HTTPHeader("Authorization", "Basic " + client.toUtf8().toBase64()));
-    }
-    refreshing.body = formEncoded({
-        {QStringLiteral("grant_type"), QStringLiteral("refresh_token")},
-        {QStringLiteral("refresh_token"), credentials.refreshToken.value_or(QString())},
-        {QStringLiteral("client_id"), credentials.clientID},
-    });
-    return refreshing;
+    return xRequests::tokens(
+        m_baseURL, credentials.clientID, credentials.clientSecret,
+        {{QStringLiteral("grant_type"), QStringLiteral("refresh_token")},
+         {QStringLiteral("refresh_token"), credentials.refreshToken.value_or(QString())}});
 }
 
 QCoro::Task<QByteArray> XAPIClient::get(QByteArray path, QList<FormField> query, QString accessToken)
 {
-    HTTPRequest getting = request("GET", path);
-    getting.url.setQuery(QString::fromLatin1(formEncoded(std::move(query))), QUrl::StrictMode);
-    getting.headers = authorizedHeaders(accessToken);
-    return send(std::move(getting));
+    return send(xRequests::authorizedGet(m_baseURL, path, std::move(query), accessToken));
 }
 
 QCoro::Task<QByteArray> XAPIClient::send(HTTPRequest request)
@@ -300,19 +271,6 @@ QCoro::Task<QByteArray> XAPIClient::send(HTTPRequest request)
     if (!response.isSuccess())
         throw responseError(response);
     co_return response.body;
-}
-
-HTTPRequest XAPIClient::request(const QByteArray& method, const QByteArray& path) const
-{
-    HTTPRequest request;
-    request.method = method;
-    QString root = m_baseURL.path(QUrl::FullyEncoded);
-    while (root.endsWith(u'/'))
-        root.chop(1);
-    request.url = m_baseURL;
-    request.url.setPath(root + QString::fromLatin1(path), QUrl::StrictMode);
-    request.timeout = requestTimeout;
-    return request;
 }
 
 QCoro::Task<QList<SyncedBookmark>> XAPIClient::enrichMissingQuotedArticleMedia(ParsedBookmarkPage page,

@@ -49,8 +49,6 @@ private:
     QCoro::Task<QByteArray> send(HTTPRequest request);
     QCoro::Task<QList<SyncedBookmark>> enrichMissingQuotedArticleMedia(ParsedBookmarkPage page,
                                                                        QString accessToken);
-    // A request to `path`, percent-encoded and beginning with "/", below the root.
-    [[nodiscard]] HTTPRequest request(const QByteArray& method, const QByteArray& path) const;
     [[nodiscard]] HTTPRequest refreshRequest(const XCredentials& credentials) const;
 
     CredentialVault& m_credentials;

@@ -21,6 +21,21 @@ struct ProblemResponse
     }
 };
 
+// An error as the authorization describes it.
+struct OAuthProblem
+{
+    std::optional<QString> detail;
+    std::optional<QString> errorDescription;
+
+    static constexpr auto jsonFields()
+    {
+        return std::tuple{
+            jsonField("detail", &OAuthProblem::detail),
+            jsonField("error_description", &OAuthProblem::errorDescription),
+        };
+    }
+};
+
 // New tokens.
 struct TokenResponse
 {

@@ -1,0 +1,70 @@
+#include "x/XRequests.h"
+
+#include <QStringDecoder>
+
+namespace mirel::xRequests {
+
+HTTPRequest below(const QUrl& root, const QByteArray& method, const QByteArray& path)
+{
+    constexpr std::chrono::seconds timeout{60};
+    HTTPRequest request;
+    request.method = method;
+    QString rootPath = root.path(QUrl::FullyEncoded);
+    while (rootPath.endsWith(u'/'))
+        rootPath.chop(1);
+    request.url = root.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment);
+    request.url.setPath(rootPath + QString::fromLatin1(path), QUrl::StrictMode);
+    request.timeout = timeout;
+    return request;
+}
+
+QList<HTTPHeader> authorizedHeaders(const QString& accessToken)
+{
+    return {{"Authorization", "Bearer " + accessToken.toUtf8()}, {"Accept", "application/json"}};
+}
+
+HTTPRequest authorizedGet(const QUrl& root, const QByteArray& path, QList<FormField> query,
+                          const QString& accessToken)
+{
+    HTTPRequest getting = below(root, "GET", path);
+    getting.url.setQuery(QString::fromLatin1(formEncoded(std::move(query))), QUrl::StrictMode);
+    getting.headers = authorizedHeaders(accessToken);
+    return getting;
+}
+
+HTTPRequest currentUser(const QUrl& root, const QString& accessToken)
+{
+    return authorizedGet(root, "/users/me",
+                         {{QStringLiteral("user.fields"), QStringLiteral("id,name,username")}}, accessToken);
+}
+
+HTTPRequest tokens(const QUrl& root, const QString& clientID, const std::optional<QString>& clientSecret,
+                   QList<FormField> fields)
+{
+    HTTPRequest asking = below(root, "POST", "/oauth2/token");
+    asking.headers.append(HTTPHeader("Content-Type", "application/x-www-form-urlencoded"));
+    if (clientSecret && !clientSecret->isEmpty()) {
+        const QString client = clientID + u':' + *clientSecret;
+        asking.headers.append(HTTPHeader("Authorization", "Basic " + client.toUtf8().toBase64()));
+    }
+    fields.append({QStringLiteral("client_id"), clientID});
+    asking.body = formEncoded(std::move(fields));
+    return asking;
+}
+
+Instant expiry(const TokenResponse& tokens, Instant now)
+{
+    constexpr qint64 defaultLifetimeSeconds = 7200;
+    return now.addingSeconds(static_cast<double>(tokens.expiresIn.value_or(defaultLifetimeSeconds)));
+}
+
+QString failureText(const QByteArray& body)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = decoder(body);
+    if (decoder.hasError())
+        return QStringLiteral("Request failed");
+    return text;
+}
+
+} // namespace mirel::xRequests
