@@ -16,6 +16,13 @@ TEST(FormEncoding, OrdersTheFieldsByName)
     EXPECT_EQ(formEncoded({}), "");
 }
 
+TEST(FormEncoding, KeepsTheOrderOfAQuery)
+{
+    EXPECT_EQ(queryEncoded({{QStringLiteral("b"), QStringLiteral("1 2")}, {QStringLiteral("a"), QString()}}),
+              "b=1%202&a=");
+    EXPECT_EQ(queryEncoded({}), "");
+}
+
 TEST(FormEncoding, LeavesWhatAQueryAllowsAndEscapesWhatEndsAField)
 {
     EXPECT_EQ(formEncoded({{QStringLiteral("a"), QStringLiteral("+:,/?@!$'()*;-._~")}}),

@@ -1,5 +1,6 @@
 #include "testing/Printing.h"
 
+#include "x/VaultThatCannotSave.h"
 #include "x/XAPIClientTest.h"
 
 namespace mirel {
@@ -160,24 +161,6 @@ TEST_F(XAPIClientRefresh, PassesFailuresOfTheTransportOn)
     store(expiringIn(0));
     EXPECT_THROW(static_cast<void>(blockOn(client.currentUser())), ConnectionLost);
 }
-
-class VaultLocked : public Error
-{
-public:
-    [[nodiscard]] QString description() const override { return QStringLiteral("The vault is locked."); }
-};
-
-class VaultThatCannotSave : public InMemoryCredentialVault
-{
-public:
-    using InMemoryCredentialVault::InMemoryCredentialVault;
-
-    QCoro::Task<> saveXCredentials(XCredentials) override
-    {
-        throw VaultLocked();
-        co_return;
-    }
-};
 
 TEST_F(XAPIClientRefresh, PassesAFailureToSaveOnWithoutUsingTheNewToken)
 {
