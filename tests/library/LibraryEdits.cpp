@@ -200,6 +200,7 @@ const QStringList& readingOperations()
         QStringLiteral("LocalLibraryStore"),
         QStringLiteral("bookmark"),
         QStringLiteral("allBookmarkTweetIDs"),
+        QStringLiteral("tweetIDs"),
         QStringLiteral("listBookmarks"),
         QStringLiteral("allBookmarkIDs"),
         QStringLiteral("libraryCounts"),
