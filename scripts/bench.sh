@@ -122,6 +122,8 @@ measure_search() {
     local copy=$work/searched
     cp -r --reflink=auto -- "$1" "$copy" || fail "The library $1 could not be copied. Is there space for it?"
     "$programs/search-benchmark" --runs "$runs" "$copy" || fail "search-benchmark failed."
+    MIREL_LOCAL_DATA_DIR=$copy QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software \
+        "$programs/typing-benchmark" 2>/dev/null || fail "typing-benchmark failed."
     rm -rf -- "$copy"
 }
 
@@ -177,7 +179,7 @@ main() {
     read_arguments "$@"
     install_packages
     build release mirelctl mirel-simulator mapping-benchmark store-benchmark open-benchmark search-benchmark \
-        library-generator responsiveness-benchmark
+        library-generator responsiveness-benchmark typing-benchmark
     trap clean_up EXIT
     mkdir -p -- "$work" || fail "The directory $directory cannot be made. Set MIREL_BENCHMARK_DIR."
     describe_machine
