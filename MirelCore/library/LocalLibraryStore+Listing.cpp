@@ -1,5 +1,6 @@
 #include "library/LocalLibraryStore.h"
 
+#include "library/PageLimit.h"
 #include "library/RowDecoding.h"
 #include "library/SQLiteStoreError.h"
 
@@ -8,8 +9,6 @@
 namespace mirel {
 
 namespace {
-
-constexpr qint64 largestPage = 500;
 
 QByteArray clauseOf(LibraryFilter filter)
 {

@@ -1,12 +1,12 @@
 #include "library/LocalLibraryStore.h"
 
 #include "library/LibrarySearch.h"
+#include "library/PageLimit.h"
 
 namespace mirel {
 
 namespace {
 
-constexpr qint64 largestPage = 500;
 constexpr qsizetype preparedAtOnce = 250;
 
 } // namespace

@@ -377,7 +377,6 @@ TEST_F(LibraryState, TheCommandsOfTheScreensReachTheSameState)
     store(1, 60);
     makeModel();
     blockOn(model->start());
-    QSignalSpy idle(model.get(), &MirelAppModel::becameIdle);
     model->requestSort(QStringLiteral("oldest"));
     model->requestNextPage();
     model->requestSort(QStringLiteral("backwards"));

@@ -52,10 +52,20 @@ TEST_F(SearchedLibrary, ASearchCanBePreparedInParts)
 TEST_F(SearchedLibrary, PreparingEndsWithTheModel)
 {
     startWith(600);
-    model->prepareSearch();
-    model->prepareSearch();
-    blockOn(model->shutDown());
-    EXPECT_FALSE(model->lastError());
+    const auto bytes = [](LocalLibraryStore& opened) { return opened.indexSize().bytes; };
+    testing::HeldLibrary held(*model);
+    auto preparing = model->prepareSearch();
+    auto ending = model->shutDown();
+    held.release();
+    blockOn(std::move(preparing));
+    blockOn(std::move(ending));
+    const qint64 left = blockOn(model->store()->call(bytes));
+    const auto prepareAll = [](LocalLibraryStore& opened) {
+        while (!opened.prepareSearch()) {
+        }
+    };
+    blockOn(model->store()->call(prepareAll));
+    EXPECT_LT(left, blockOn(model->store()->call(bytes))) << "a part was not prepared any more";
 }
 
 TEST_F(SearchedLibrary, PagesThroughTheMatchesAlone)
