@@ -87,6 +87,13 @@ void requireSuccess(const MirelAppModel& model)
         throw ScreenshotError(*model.lastError());
 }
 
+LiveOptions liveOptions(const Application::Options& options)
+{
+    LiveOptions live = options.isDemo ? Demo::liveOptions() : LiveOptions();
+    live.searchPreparation = SearchPreparation::whileOpening;
+    return live;
+}
+
 } // namespace
 
 int Application::main(int argumentCount, char** arguments)
@@ -108,7 +115,7 @@ Application::Application(Options options)
     : m_options(std::move(options))
     , m_desktop(m_options.screenshot ? std::make_unique<DesktopSettings>(DesktopSettings::Values{})
                                      : DesktopSettings::ofThisSystem())
-    , m_model(MirelAppModel::live(m_options.isDemo ? Demo::liveOptions() : LiveOptions{}))
+    , m_model(MirelAppModel::live(liveOptions(m_options)))
     , m_screens(std::make_unique<Screens>(
           *m_model, *m_desktop, MirelPaths::cacheDirectory(QProcessEnvironment::systemEnvironment())))
 {

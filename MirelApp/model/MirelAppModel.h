@@ -39,6 +39,7 @@ struct LiveOptions
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     // Makes the vault, on the services thread. Empty: the system's keyring.
     std::function<std::unique_ptr<CredentialVault>()> makeVault;
+    SearchPreparation searchPreparation = SearchPreparation::onDemand;
 };
 
 // The application without its screens: the state that they show and the commands that they call. Lives on
