@@ -7,6 +7,7 @@
 #include <QCommandLineParser>
 #include <QCoro/QCoroTimer>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QSaveFile>
 
 #include <cstdio>
@@ -103,6 +104,8 @@ int Application::main(int argumentCount, char** arguments)
     QGuiApplication qtApplication(argumentCount, arguments);
     QGuiApplication::setApplicationName(QStringLiteral("Mirel"));
     QGuiApplication::setApplicationVersion(QStringLiteral(MIREL_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.mirel.mirel"));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/io.mirel.mirel.svg")));
     try {
         return Application(readOptions()).run();
     } catch (const std::exception& error) {
