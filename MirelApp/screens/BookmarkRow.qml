@@ -185,9 +185,9 @@ Item {
         height: row.isRoomy ? Measures.thumbnailHeight : Measures.smallThumbnailHeight
         active: row.media.length > 0
         sourceComponent: Thumbnail {
-            media: row.media
-            loads: row.isOnScreen
-            surround: row.surface
+            media: row.media // qmllint disable unqualified
+            loads: row.isOnScreen // qmllint disable unqualified
+            surround: row.surface // qmllint disable unqualified
         }
     }
 

@@ -56,7 +56,7 @@ Item {
             focusPolicy: Qt.NoFocus
             symbol: "external-link"
             text: "Open on X"
-            onClicked: foot.opened()
+            onClicked: foot.opened() // qmllint disable unqualified
         }
     }
 }

@@ -60,7 +60,7 @@ RowLayout {
             anchors.fill: parent
             active: dateHover.hovered
             sourceComponent: HoverTip {
-                text: Display.fullDate(head.createdAt)
+                text: Display.fullDate(head.createdAt) // qmllint disable unqualified
             }
         }
     }

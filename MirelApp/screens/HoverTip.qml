@@ -17,7 +17,7 @@ Loader {
         id: bubble
 
         visible: true
-        text: tip.text
+        text: tip.text // qmllint disable unqualified
         delay: 600
         padding: Measures.small
         font.pixelSize: Measures.controlText

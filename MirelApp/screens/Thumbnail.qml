@@ -77,7 +77,7 @@ Item {
                 id: others
 
                 anchors.centerIn: parent
-                text: "+" + (thumbnail.media.length - 1)
+                text: "+" + (thumbnail.media.length - 1) // qmllint disable unqualified
                 color: Theme.onVeil
                 font.pixelSize: Measures.metaText
                 font.weight: Measures.strong
