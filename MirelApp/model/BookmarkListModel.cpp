@@ -171,6 +171,12 @@ void BookmarkListModel::setBookmarks(const QList<Bookmark>& bookmarks)
         Q_EMIT countChanged();
 }
 
+void BookmarkListModel::replaceBookmark(const Bookmark& bookmark)
+{
+    if (const int row = rowOf(bookmark.id); row >= 0)
+        place(row, bookmark);
+}
+
 void BookmarkListModel::removeMissing(const QList<Bookmark>& bookmarks)
 {
     QSet<qint64> kept;
