@@ -268,6 +268,7 @@ protected:
 
 TEST_P(SyncFault, OfAnyRequestIsRecordedLosesNothingAndTheNextRunCompletes)
 {
+    ASSERT_GE(account.position("/2/tweets"), 0) << "there are quoted articles";
     ASSERT_GT(firstThread(), folders() + 5) << "there are folders with posts";
     ASSERT_GT(account.requests.size(), firstThread() + 2) << "and threads";
     for (int position = 0; position < account.requests.size(); ++position) {
