@@ -183,6 +183,12 @@ void BookmarkListModel::setBookmarks(const QList<Bookmark>& bookmarks)
         Q_EMIT countChanged();
 }
 
+void BookmarkListModel::replaceBookmark(const Bookmark& bookmark)
+{
+    if (const int row = rowOf(bookmark.id); row >= 0)
+        place(row, bookmark);
+}
+
 // Whoever shows the rows has less to do for many neighbours at once than for one after the other; so it is
 // for those that come.
 void BookmarkListModel::removeMissing(const QList<Bookmark>& bookmarks)

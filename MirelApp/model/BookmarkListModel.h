@@ -63,6 +63,8 @@ public:
 
     // Makes the rows equal to `bookmarks`.
     void setBookmarks(const QList<Bookmark>& bookmarks);
+    // Renews the row of that bookmark, if there is one.
+    void replaceBookmark(const Bookmark& bookmark);
 
 Q_SIGNALS:
     void countChanged();

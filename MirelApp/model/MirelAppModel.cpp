@@ -55,7 +55,7 @@ QCoro::Task<> MirelAppModel::shutDown()
 {
     m_isShuttingDown = true;
     for (int round = 0; m_runningCommands > 0; ++round) {
-        m_isSyncCanceled->store(true);
+        m_syncCancellation.request();
         // A command that was between two requests begins its next one after the others were ended.
         co_await endRequests();
         // A refreshed token on its way into the keyring is the only one that X still knows.
@@ -80,11 +80,11 @@ QCoro::Task<> MirelAppModel::endVaultCalls()
         co_await m_services.vault->call([](CredentialVault& vault) { vault.cancelAll(); });
 }
 
-// A sync that is between two requests ends at its next page.
+// A sync that is between two requests ends at its next step.
 QCoro::Task<> MirelAppModel::endSyncEarly()
 {
     const RunningCommand running(*this);
-    m_isSyncCanceled->store(true);
+    m_syncCancellation.request();
     co_await endRequests();
     co_await endVaultCalls();
 }
@@ -104,6 +104,15 @@ void MirelAppModel::setLastError(std::optional<QString> error)
 void MirelAppModel::fail(const std::exception_ptr& failure)
 {
     setLastError(describe(failure));
+    setWorking(false);
+}
+
+void MirelAppModel::setWorking(bool isWorking)
+{
+    if (m_isWorking == isWorking)
+        return;
+    m_isWorking = isWorking;
+    Q_EMIT isWorkingChanged();
 }
 
 void MirelAppModel::dismissError()

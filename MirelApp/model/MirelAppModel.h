@@ -4,11 +4,13 @@
 #include "library/LocalLibraryStore.h"
 #include "model/BookmarkListModel.h"
 #include "model/NavigationSnapshot.h"
+#include "model/WebAuthenticationSession.h"
 #include "presentation/PostPresentation.h"
 #include "support/Serial.h"
 #include "transport/HTTPTransport.h"
 #include "x/MirelSyncService.h"
 #include "x/XDirectAPI.h"
+#include "x/XOAuthService.h"
 
 #include <QObject>
 #include <QProcessEnvironment>
@@ -16,14 +18,13 @@
 #include <QUuid>
 #include <QVariant>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 
 namespace mirel {
 
 // Every service of the program. Each is present from the start or absent for the whole run; a command that
-// needs an absent one does nothing. `transport`, `vault`, `x` and `syncService` share one thread.
+// needs an absent one does nothing. `transport`, `vault`, `x`, `syncService` and `oauth` share one thread.
 struct MirelServices
 {
     std::unique_ptr<Serial<LocalLibraryStore>> store;
@@ -31,6 +32,11 @@ struct MirelServices
     std::unique_ptr<Serial<HTTPTransport>> transport;
     std::unique_ptr<Serial<XDirectAPI>> x;
     std::unique_ptr<Serial<MirelSyncService>> syncService;
+    std::unique_ptr<Serial<XOAuthService>> oauth;
+    // Makes the platform's way to sign in on a page of the web. Empty: there is none.
+    std::function<std::unique_ptr<WebAuthenticationSession>()> makeWebAuthenticationSession;
+    // What the program keeps to be quicker, and may lose at any time. Empty: nowhere.
+    QString cacheDirectory;
 };
 
 // How live() builds the services.
@@ -39,6 +45,8 @@ struct LiveOptions
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     // Makes the vault, on the services thread. Empty: the system's keyring.
     std::function<std::unique_ptr<CredentialVault>()> makeVault;
+    // Shows the page of a sign-in, and returns whether it could. Empty: the user's browser does.
+    std::function<bool(const QUrl&)> openPage;
     SearchPreparation searchPreparation = SearchPreparation::onDemand;
 };
 
@@ -86,6 +94,12 @@ class MirelAppModel : public QObject
     // A map with the fields of BookmarkSyncProgress while a sync runs, else null.
     Q_PROPERTY(QVariant syncProgress READ syncProgressVariant NOTIFY syncChanged)
     Q_PROPERTY(bool xConfigured READ xConfigured NOTIFY xConfiguredChanged)
+    // The browser shows X's sign-in, and has not returned.
+    Q_PROPERTY(bool isAuthorizingX READ isAuthorizingX NOTIFY isAuthorizingXChanged)
+    // The addresses to which X may return, of which one is registered with X.
+    Q_PROPERTY(QStringList xRedirectURIs READ xRedirectURIs CONSTANT)
+    // A long command runs, and those like it have to wait.
+    Q_PROPERTY(bool isWorking READ isWorking NOTIFY isWorkingChanged)
     // Empty: nothing to tell.
     Q_PROPERTY(QString statusMessage READ statusMessageText NOTIFY messagesChanged)
     Q_PROPERTY(QString lastError READ lastErrorText NOTIFY messagesChanged)
@@ -152,8 +166,41 @@ public:
     QCoro::Task<> syncNow(std::optional<SyncRun::Kind> kind, bool fullScan);
     QCoro::Task<> refreshSyncRuns();
 
+    // Asks X for the present counters of a post.
+    QCoro::Task<> refreshMetrics(qint64 bookmarkID);
+    // Fetches the author's own thread around a post from X, unless that was done before.
+    QCoro::Task<> enrichThread(qint64 bookmarkID);
+    // Deletes a bookmark here and, when `removeFromX` or else the preferences say so, before that on X.
+    QCoro::Task<> deleteBookmark(Bookmark bookmark, std::optional<bool> removeFromX = {});
+    // Reads one bookmark anew, wherever it is shown.
+    QCoro::Task<> refreshBookmarkPresentation(qint64 bookmarkID);
+
     // Finds out whether X works. The last check to start decides, whichever ends last.
     QCoro::Task<> refreshCredentialState();
+    // Shows and saves the preferences; those that cannot be saved stay on the screen.
+    QCoro::Task<> savePreferences(AppPreferences preferences);
+
+    // Connects an account with tokens that the user already has. A blank field keeps what is stored. Tokens
+    // that X refuses stay stored.
+    QCoro::Task<> persistXCredentials(QString clientID, QString clientSecret, QString accessToken,
+                                      QString refreshToken, QString userID, QString username);
+    // Shows X's sign-in in the browser, in place of one that it may show already. Its callback comes by
+    // handleOpenURL().
+    QCoro::Task<> beginXOAuth(QString clientID, QString clientSecret, QString redirectURI);
+    // Gives up the sign-in that the browser shows; its callback then comes too late.
+    Q_INVOKABLE void cancelXAuthorization();
+    // Asks X whether the connection still works, if there is one.
+    QCoro::Task<> validateConnections();
+    // Removes all secrets from the keyring, and gives up a sign-in.
+    QCoro::Task<> clearCredentials();
+
+    // Takes a link from outside: the callback of a sign-in, or one that names a post.
+    QCoro::Task<> handleOpenURL(QUrl url);
+    // Opens the post that the user's text names, when it is in the library.
+    QCoro::Task<> openTweetURL(QString text);
+
+    // Removes everything: the library's rows, the secrets and the caches. Ends a sync and a sign-in first.
+    QCoro::Task<> deleteAllData();
 
     // The commands as screens call them: nobody waits for their end.
     Q_INVOKABLE void requestSync(bool fullScan);
@@ -175,6 +222,16 @@ public:
     Q_INVOKABLE void requestSelection(qint64 bookmarkID);
     Q_INVOKABLE void requestReader(qint64 bookmarkID);
     Q_INVOKABLE void requestBack();
+    Q_INVOKABLE void requestXOAuth(const QString& clientID, const QString& clientSecret,
+                                   const QString& redirectURI);
+    Q_INVOKABLE void requestXCredentials(const QString& clientID, const QString& clientSecret,
+                                         const QString& accessToken, const QString& refreshToken,
+                                         const QString& userID, const QString& username);
+    Q_INVOKABLE void requestConnectionValidation();
+    Q_INVOKABLE void requestCredentialRemoval();
+    // An X post id or a post's web address.
+    Q_INVOKABLE void requestTweet(const QString& reference);
+    Q_INVOKABLE void requestDataDeletion();
     Q_INVOKABLE void dismissError();
     Q_INVOKABLE void dismissStatus();
 
@@ -231,9 +288,17 @@ public:
     }
     // Of the open post, newest first.
     [[nodiscard]] const QList<BookmarkHighlight>& highlights() const { return m_highlights; }
+    // The posts whose thread is being fetched.
+    [[nodiscard]] const QSet<qint64>& enrichingThreadBookmarkIDs() const
+    {
+        return m_enrichingThreadBookmarkIDs;
+    }
     [[nodiscard]] const QList<SyncRun>& syncRuns() const { return m_syncRuns; }
     [[nodiscard]] const QList<SyncLogEntry>& syncLogEntries() const { return m_syncLogEntries; }
     [[nodiscard]] bool xConfigured() const { return m_xConfigured; }
+    [[nodiscard]] bool isAuthorizingX() const { return m_xAuthenticationSession != nullptr; }
+    [[nodiscard]] static QStringList xRedirectURIs() { return XOAuthService::supportedRedirectURIs; }
+    [[nodiscard]] bool isWorking() const { return m_isWorking; }
     [[nodiscard]] const std::optional<QString>& statusMessage() const { return m_statusMessage; }
     [[nodiscard]] const std::optional<QString>& lastError() const { return m_lastError; }
 
@@ -250,7 +315,10 @@ Q_SIGNALS:
     void organizationChanged();
     void highlightsChanged();
     void syncChanged();
+    void enrichingThreadsChanged();
     void xConfiguredChanged();
+    void isAuthorizingXChanged();
+    void isWorkingChanged();
     void messagesChanged();
     void becameIdle();
 
@@ -296,7 +364,16 @@ private:
     // The shared failure step of all commands.
     void fail(const std::exception_ptr& failure);
     void setLoading(bool isLoading);
+    void setWorking(bool isWorking);
     void setXConfigured(bool isConfigured);
+    QCoro::Task<> saveXUsername(QString username);
+    void startXAuthentication(const PendingXAuthorization& pending);
+    void endXAuthentication(WebAuthenticationSession::Outcome outcome);
+    void setXAuthentication(std::unique_ptr<WebAuthenticationSession> session, const QString& state);
+    QCoro::Task<> abandonXAuthorization();
+    QCoro::Task<> completeXAuthorization(QUrl callbackURL);
+    QCoro::Task<> finishSync();
+    void forgetLibrary();
     void showSyncProgress(const BookmarkSyncProgress& progress);
     void endSync();
     QCoro::Task<> readPreferences();
@@ -359,12 +436,19 @@ private:
     QList<BookmarkHighlight> m_highlights;
     bool m_isSyncing = false;
     std::optional<BookmarkSyncProgress> m_syncProgress;
-    // Shared with the sync under way, which ends at its next page once it is true.
-    std::shared_ptr<std::atomic_bool> m_isSyncCanceled = std::make_shared<std::atomic_bool>(false);
+    // Of the sync under way.
+    SyncCancellation m_syncCancellation;
     std::optional<BookmarkSyncSummary> m_lastSyncSummary;
+    QSet<qint64> m_enrichingThreadBookmarkIDs;
     QList<SyncRun> m_syncRuns;
     QList<SyncLogEntry> m_syncLogEntries;
     bool m_xConfigured = false;
+    bool m_isWorking = false;
+    // Present while the browser shows the sign-in whose state is `m_xAuthorizationState`.
+    std::unique_ptr<WebAuthenticationSession> m_xAuthenticationSession;
+    QString m_xAuthorizationState;
+    // The attempt that began last; null when it was given up.
+    QUuid m_xAuthorizationAttempt;
     std::optional<QString> m_statusMessage;
     std::optional<QString> m_lastError;
     QUuid m_connectionValidationGeneration = QUuid::createUuid();

@@ -15,8 +15,10 @@ _mirelctl_words() {
 _mirelctl_options() {
     case $1 in
     sync) printf -- '--full' ;;
+    history) printf -- '--limit' ;;
     list) printf -- '--filter --sort --limit --offset' ;;
     show) printf -- '--presentation' ;;
+    delete) printf -- '--keep-on-x' ;;
     search) printf -- '--filter --sort --limit --offset --ids --why' ;;
     count) printf -- '--filter' ;;
     'label create' | 'label rename') printf -- '--color' ;;
@@ -47,7 +49,7 @@ _mirelctl_command() {
 
 _mirelctl() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} candidates command
-    local commands='status sync list show open search count label folder rule highlight authors preferences'
+    local commands='status sync history list show open thread metrics delete search count label folder rule highlight authors preferences'
     # bash makes "=" a word of its own.
     if [[ $current == '=' ]]; then
         current=
