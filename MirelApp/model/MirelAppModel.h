@@ -305,7 +305,6 @@ Q_SIGNALS:
     void isAuthorizingXChanged();
     void isWorkingChanged();
     void messagesChanged();
-    void becameIdle();
 
 private:
     class RunningCommand;
