@@ -3,6 +3,7 @@
 #include "model/Demo.h"
 #include "support/BlockOn.h"
 #include "support/MirelPaths.h"
+#include "support/WebURL.h"
 
 #include <QCommandLineParser>
 #include <QCoro/QCoroTimer>
@@ -73,11 +74,44 @@ Application::Options readOptions()
         QStringLiteral("import-credentials-stdin"),
         QStringLiteral("As the first argument: reads credentials as JSON from standard input, and ends."));
     parser.addOptions({demo, screenshot, import});
+    parser.addPositionalArgument(QStringLiteral("link"),
+                                 QStringLiteral("A link to open, such as mirel://open/POST."),
+                                 QStringLiteral("[link]"));
     parser.process(*qApp);
+    const QStringList links = parser.positionalArguments();
     return {
         .isDemo = parser.isSet(demo),
         .screenshot = parser.isSet(screenshot) ? std::optional(parser.value(screenshot)) : std::nullopt,
+        .link = links.isEmpty() ? std::nullopt : std::optional(links.first()),
     };
+}
+
+// The demo and a picture keep to themselves.
+bool meetsOthers(const Application::Options& options)
+{
+    return !options.isDemo && !options.screenshot;
+}
+
+// What this start is for.
+HandedLink handedLink(const Application::Options& options)
+{
+    return {.url = options.link, .libraryPath = MirelPaths::databasePath()};
+}
+
+QString meetingPlace()
+{
+    return MirelPaths::runtimeDirectory(QProcessEnvironment::systemEnvironment());
+}
+
+// Whether another program of the user's does what this one was started for. A library that cannot be opened
+// is told in the window.
+bool isDoneElsewhere(const Application::Options& options)
+{
+    try {
+        return meetsOthers(options) && handOver(handedLink(options), meetingPlace());
+    } catch (const Error&) {
+        return false;
+    }
 }
 
 // Follows the sync in the demo; its failure is the screenshot's.
@@ -97,7 +131,8 @@ int Application::main(int argumentCount, char** arguments)
     QGuiApplication::setApplicationName(QStringLiteral("Mirel"));
     QGuiApplication::setApplicationVersion(QStringLiteral(MIREL_VERSION));
     try {
-        return Application(readOptions()).run();
+        const Options options = readOptions();
+        return isDoneElsewhere(options) ? 0 : Application(options).run();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", qUtf8Printable(describe(error)));
         return 1;
@@ -114,6 +149,8 @@ Application::Application(Options options)
 {
     if (m_options.screenshot)
         return;
+    if (meetsOthers(m_options))
+        receiveLinks();
     m_settings = std::make_unique<QSettings>(QStringLiteral("Mirel"), QStringLiteral("Mirel"));
     m_placement = std::make_unique<WindowPlacement>(m_screens->window(), *m_settings);
 }
@@ -132,9 +169,36 @@ int Application::run()
     return 0;
 }
 
+// Without a place to meet, each start of Mirel has its own window.
+void Application::receiveLinks()
+{
+    try {
+        m_links = std::make_unique<LinkReceiver>(
+            meetingPlace(), [this](const HandedLink& handed) { return takeLink(handed); });
+    } catch (const Error&) {
+        return;
+    }
+    if (!m_links->listen())
+        m_links.reset();
+}
+
+bool Application::takeLink(const HandedLink& handed)
+{
+    if (!handed.url && handed.libraryPath != handedLink(m_options).libraryPath)
+        return false;
+    m_screens->window().show();
+    m_screens->window().raise();
+    m_screens->window().requestActivate();
+    if (handed.url)
+        m_model->handleOpenURL(parseURL(*handed.url).value_or(QUrl()));
+    return true;
+}
+
 QCoro::Task<> Application::work()
 {
     co_await m_model->start();
+    if (m_options.link)
+        co_await m_model->handleOpenURL(parseURL(*m_options.link).value_or(QUrl()));
     if (m_options.isDemo)
         co_await m_model->syncNow({}, false);
 }

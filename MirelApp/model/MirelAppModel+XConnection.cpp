@@ -44,6 +44,7 @@ QCoro::Task<> MirelAppModel::beginXOAuth(QString clientID, QString clientSecret,
 
 void MirelAppModel::startXAuthentication(const PendingXAuthorization& pending)
 {
+    setXAuthentication(nullptr, {});
     auto session = m_services.makeWebAuthenticationSession();
     const bool isStarted =
         session->start(pending.authorizationURL, [this](const WebAuthenticationSession::Outcome& outcome) {
