@@ -2,6 +2,7 @@
 
 #include "model/Demo.h"
 #include "support/BlockOn.h"
+#include "support/FileError.h"
 #include "support/MirelPaths.h"
 #include "support/WebURL.h"
 
@@ -9,6 +10,7 @@
 #include <QCoro/QCoroTimer>
 #include <QGuiApplication>
 #include <QSaveFile>
+#include <QThread>
 
 #include <cstdio>
 #include <cstring>
@@ -103,15 +105,39 @@ QString meetingPlace()
     return MirelPaths::runtimeDirectory(QProcessEnvironment::systemEnvironment());
 }
 
-// Whether another program of the user's does what this one was started for. A library that cannot be opened
-// is told in the window.
-bool isDoneElsewhere(const Application::Options& options)
+// Whether a program that runs already does what this one was started for. Else `receiver` was made the one
+// that receives links, if that is possible.
+bool isDoneElsewhere(const HandedLink& link, const QString& directory, LinkReceiver& receiver)
 {
-    try {
-        return meetsOthers(options) && handOver(handedLink(options), meetingPlace());
-    } catch (const Error&) {
-        return false;
+    constexpr auto between = 20ms;
+    constexpr int longestWait = 10;
+    for (int wait = 0; wait < longestWait; ++wait) {
+        const Handing handing = handOver(link, directory);
+        if (handing != Handing::nobodyThere)
+            return handing == Handing::taken;
+        if (receiver.claim())
+            return false;
+        // Another one may be about to listen.
+        QThread::msleep(between.count());
     }
+    return false;
+}
+
+// Runs the application, unless another one does what it was started for.
+int runOnce(const Application::Options& options)
+{
+    std::unique_ptr<LinkReceiver> receiver;
+    if (meetsOthers(options)) {
+        try {
+            const QString directory = meetingPlace();
+            receiver = std::make_unique<LinkReceiver>(directory);
+            if (isDoneElsewhere(handedLink(options), directory, *receiver))
+                return 0;
+        } catch (const FileError&) {
+            // Without a place to meet, each start has a window of its own, which tells of a missing library.
+        }
+    }
+    return Application(options, std::move(receiver)).run();
 }
 
 // Follows the sync in the demo; its failure is the screenshot's.
@@ -131,26 +157,26 @@ int Application::main(int argumentCount, char** arguments)
     QGuiApplication::setApplicationName(QStringLiteral("Mirel"));
     QGuiApplication::setApplicationVersion(QStringLiteral(MIREL_VERSION));
     try {
-        const Options options = readOptions();
-        return isDoneElsewhere(options) ? 0 : Application(options).run();
+        return runOnce(readOptions());
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", qUtf8Printable(describe(error)));
         return 1;
     }
 }
 
-Application::Application(Options options)
+Application::Application(Options options, std::unique_ptr<LinkReceiver> receiver)
     : m_options(std::move(options))
     , m_desktop(m_options.screenshot ? std::make_unique<DesktopSettings>(DesktopSettings::Values{})
                                      : DesktopSettings::ofThisSystem())
     , m_model(MirelAppModel::live(m_options.isDemo ? Demo::liveOptions() : LiveOptions{}))
     , m_screens(std::make_unique<Screens>(
           *m_model, *m_desktop, MirelPaths::cacheDirectory(QProcessEnvironment::systemEnvironment())))
+    , m_links(std::move(receiver))
 {
     if (m_options.screenshot)
         return;
-    if (meetsOthers(m_options))
-        receiveLinks();
+    if (m_links)
+        m_links->receive([this](const HandedLink& handed) { return takeLink(handed); });
     m_settings = std::make_unique<QSettings>(QStringLiteral("Mirel"), QStringLiteral("Mirel"));
     m_placement = std::make_unique<WindowPlacement>(m_screens->window(), *m_settings);
 }
@@ -163,23 +189,12 @@ int Application::run()
     } else {
         work();
         QGuiApplication::exec();
+        // From here on a link needs another window.
+        m_links.reset();
     }
     m_screens->window().hide();
     blockOn(m_model->shutDown());
     return 0;
-}
-
-// Without a place to meet, each start of Mirel has its own window.
-void Application::receiveLinks()
-{
-    try {
-        m_links = std::make_unique<LinkReceiver>(
-            meetingPlace(), [this](const HandedLink& handed) { return takeLink(handed); });
-    } catch (const Error&) {
-        return;
-    }
-    if (!m_links->listen())
-        m_links.reset();
 }
 
 bool Application::takeLink(const HandedLink& handed)

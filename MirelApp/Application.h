@@ -27,8 +27,9 @@ public:
     // status; a failure is told on standard error in one sentence.
     static int main(int argumentCount, char** arguments);
 
-    // Opens the library and the window. Needs a QGuiApplication. Throws Error.
-    explicit Application(Options options);
+    // Opens the library and the window, which takes the links of `receiver`; null when it takes none. Needs a
+    // QGuiApplication. Throws Error.
+    explicit Application(Options options, std::unique_ptr<LinkReceiver> receiver = nullptr);
 
     // Runs until the window is closed or the picture is saved, then ends what is under way. Returns the exit
     // status. Throws Error.
@@ -37,7 +38,6 @@ public:
 private:
     QCoro::Task<> work();
     QCoro::Task<> takeScreenshot();
-    void receiveLinks();
     [[nodiscard]] bool takeLink(const HandedLink& handed);
 
     Options m_options;
@@ -46,7 +46,6 @@ private:
     std::unique_ptr<Screens> m_screens;
     std::unique_ptr<QSettings> m_settings;
     std::unique_ptr<WindowPlacement> m_placement;
-    // Absent when another program receives them.
     std::unique_ptr<LinkReceiver> m_links;
 };
 

@@ -7,23 +7,23 @@
 
 namespace mirel {
 
-bool handOver(const HandedLink& link, const QString& directory, std::chrono::milliseconds patience)
+Handing handOver(const HandedLink& link, const QString& directory, std::chrono::milliseconds patience)
 {
     const QByteArray message = encodeJSON(link) + '\n';
     if (message.size() > LinkReceiver::longestMessage)
-        return false;
+        return Handing::refused;
     const QDeadlineTimer deadline(patience);
     const auto left = [&deadline] { return static_cast<int>(deadline.remainingTime()); };
     QLocalSocket socket;
     socket.connectToServer(LinkReceiver::socketPath(directory));
     if (!socket.waitForConnected(left()))
-        return false;
+        return Handing::nobodyThere;
     socket.write(message);
     while (!socket.canReadLine()) {
         if (!socket.waitForReadyRead(left()))
-            return false;
+            return Handing::refused;
     }
-    return socket.readLine() == LinkReceiver::taken;
+    return socket.readLine() == LinkReceiver::taken ? Handing::taken : Handing::refused;
 }
 
 } // namespace mirel

@@ -25,9 +25,11 @@ struct HandedLink
     friend bool operator==(const HandedLink&, const HandedLink&) = default;
 };
 
-// Hands `link` to the program that receives links in `directory`. Returns whether it took it, within
-// `patience`; without such a program, at once. Blocks.
-[[nodiscard]] bool handOver(const HandedLink& link, const QString& directory,
-                            std::chrono::milliseconds patience = std::chrono::seconds(5));
+enum class Handing { taken, refused, nobodyThere };
+
+// Hands `link` to the program that receives links in `directory`. A program that does not answer within
+// `patience` refuses. Blocks.
+[[nodiscard]] Handing handOver(const HandedLink& link, const QString& directory,
+                               std::chrono::milliseconds patience = std::chrono::seconds(5));
 
 } // namespace mirel

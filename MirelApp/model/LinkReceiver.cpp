@@ -17,9 +17,8 @@ QString LinkReceiver::socketPath(const QString& directory)
     return QDir(directory).filePath(QStringLiteral("mirel.sock"));
 }
 
-LinkReceiver::LinkReceiver(const QString& directory, Take take, std::chrono::milliseconds patience)
+LinkReceiver::LinkReceiver(const QString& directory, std::chrono::milliseconds patience)
     : m_path(socketPath(directory))
-    , m_take(std::move(take))
     , m_patience(patience)
     , m_lock(QDir(directory).filePath(QStringLiteral("mirel.lock")))
 {
@@ -35,7 +34,7 @@ LinkReceiver::~LinkReceiver()
     m_server.close();
 }
 
-bool LinkReceiver::listen()
+bool LinkReceiver::claim()
 {
     if (!m_lock.tryLock(0))
         return false;
@@ -47,8 +46,16 @@ bool LinkReceiver::listen()
     return false;
 }
 
+void LinkReceiver::receive(Take take)
+{
+    m_take = std::move(take);
+    accept();
+}
+
 void LinkReceiver::accept()
 {
+    if (!m_take)
+        return;
     while (QLocalSocket* const sender = m_server.nextPendingConnection()) {
         sender->setReadBufferSize(longestMessage);
         QObject::connect(sender, &QLocalSocket::disconnected, sender, &QObject::deleteLater);

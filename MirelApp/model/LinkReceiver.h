@@ -27,14 +27,17 @@ public:
     [[nodiscard]] static QString socketPath(const QString& directory);
 
     // `patience` is how long a sender may take.
-    LinkReceiver(const QString& directory, Take take,
-                 std::chrono::milliseconds patience = std::chrono::seconds(5));
+    explicit LinkReceiver(const QString& directory,
+                          std::chrono::milliseconds patience = std::chrono::seconds(5));
     ~LinkReceiver();
     Q_DISABLE_COPY_MOVE(LinkReceiver)
 
-    // Begins to receive in the event loop of this thread, in place of a program that is gone. Returns false
-    // when another program receives them, or when it is not possible here.
-    [[nodiscard]] bool listen();
+    // Makes this program the one that receives, in place of one that is gone. Returns false when another one
+    // does, or when it is not possible in `directory`. Links wait from now on.
+    [[nodiscard]] bool claim();
+
+    // Takes links in the event loop of this thread.
+    void receive(Take take);
 
 private:
     void accept();
