@@ -108,8 +108,9 @@ options_in() {
 
 test_knows_the_same_options_in_every_shell() {
     local expected
-    expected=$(printf '%s\n' color context data-dir demo description disabled end filter folder full help ids into \
-        json label limit name no-description no-parent offset parent presentation query sort start version why)
+    expected=$(printf '%s\n' client-id client-secret-stdin color context data-dir demo description disabled end filter folder \
+        full help ids into json label limit name no-description no-parent offset parent presentation query \
+        redirect-uri sort start version why yes)
     expect_equal "$(options_in mirelctl.bash --)" "$expected"
     expect_equal "$(options_in _mirelctl --)" "$expected"
     expect_equal "$(options_in mirelctl.fish '-l ')" "$expected"
