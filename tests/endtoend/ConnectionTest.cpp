@@ -284,12 +284,15 @@ TEST_F(Connection, TheWindowThatIsOpenTakesTheLinkOfASecondStart)
     ASSERT_EQ(connect.finish().exitStatus, 0);
     ASSERT_EQ(mirelctl("sync").exitStatus, 0);
     // Beyond the first page of the list, with a picture of its own, which only the reader loads.
-    const auto rows = library().rows(
-        "SELECT tweet_id, json_extract(media_json, '$[0].url') FROM bookmarks WHERE media_json LIKE "
-        "'%\"type\":\"photo\"%' ORDER BY id DESC");
-    ASSERT_FALSE(rows.isEmpty());
-    const QString id = rows.last()[0];
-    const QString picture = QUrl(rows.last()[1]).path();
+    const auto rows = library().rows("SELECT tweet_id, json_extract(media_json, '$[0].url') FROM bookmarks "
+                                     "WHERE json_extract(media_json, '$[0].kind') = 'photo'");
+    const QByteArray listed = mirelctl("list --json --limit 50").output;
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const QStringList& columns) {
+        return !listed.contains(columns[0].toUtf8());
+    });
+    ASSERT_NE(row, rows.end());
+    const QString id = row->at(0);
+    const QString picture = QUrl(row->at(1)).path();
     const auto isPictureAsked = [&] {
         const QJsonArray requests = simulator.requests();
         return std::any_of(requests.begin(), requests.end(),
@@ -408,7 +411,7 @@ TEST_F(Connection, LeavesNoSecretAnywhere)
     EXPECT_FALSE(filesWith(simulator.accountIDs().first().toUtf8()).isEmpty());
 }
 
-// Without any keyring.
+// Without a keyring that takes or gives anything.
 class ConnectionWithoutKeyring : public EndToEndTest
 {
 protected:
@@ -416,24 +419,51 @@ protected:
         : EndToEndTest(10, true)
     {
     }
+
+    // Connecting, disconnecting and deleting all end in `message`.
+    void expectFailures(const QByteArray& message)
+    {
+        Program connect(
+            programs::mirelctl,
+            {QStringLiteral("connect"), QStringLiteral("--client-id"), QStringLiteral("simulated-client")},
+            environment());
+        connect.write(simulator.callbackOf(connect.line()).toUtf8());
+        const ProgramResult result = connect.finish();
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_TRUE(result.errors.endsWith("mirelctl: " + message + '\n')) << result.errors.constData();
+        EXPECT_EQ(result.output, "") << "beside the page";
+        expectFailure(mirelctl("disconnect"), message);
+        expectFailure(mirelctl("purge --yes"), message);
+        EXPECT_TRUE(mirelctl("status").output.endsWith(
+            "X           not connected, or not reachable at the moment\n"));
+    }
 };
 
 TEST_F(ConnectionWithoutKeyring, FailsInWordsThatHelp)
 {
     if (qgetenv("MIREL_TEST_KEYRING") != "without-service")
         FAIL() << "Run this through with-private-keyring.sh.";
-    const QByteArray message = "No secret service is running. Start or install a keyring (for example GNOME "
-                               "Keyring or KWallet) and try again.";
-    Program connect(
-        programs::mirelctl,
-        {QStringLiteral("connect"), QStringLiteral("--client-id"), QStringLiteral("simulated-client")},
-        environment());
-    connect.write(simulator.callbackOf(connect.line()).toUtf8());
-    const ProgramResult result = connect.finish();
-    EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_TRUE(result.errors.endsWith("mirelctl: " + message + '\n')) << result.errors.constData();
-    expectFailure(mirelctl("disconnect"), message);
-    expectFailure(mirelctl("purge --yes"), message);
+    expectFailures("No secret service is running. Start or install a keyring (for example GNOME Keyring or "
+                   "KWallet) and try again.");
+}
+
+using ConnectionWithLockedKeyring = ConnectionWithoutKeyring;
+using ConnectionSeed = ConnectionWithoutKeyring;
+
+// Runs before the keyring is locked, in a process of its own.
+TEST_F(ConnectionSeed, IsSaved)
+{
+    const QByteArray document = R"({"client_id":"c","access_token":"t","user_id":"1"})";
+    expectSuccess(runProgram(programs::application, {QStringLiteral("--import-credentials-stdin")},
+                             environment(), document),
+                  "{\"ok\":true,\"openAI\":false,\"x\":true}\n");
+}
+
+TEST_F(ConnectionWithLockedKeyring, AsksToUnlockIt)
+{
+    if (qgetenv("MIREL_TEST_KEYRING") != "locked")
+        FAIL() << "Run this through with-private-keyring.sh.";
+    expectFailures("The keyring is locked. Unlock it and try again.");
 }
 
 } // namespace
