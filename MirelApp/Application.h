@@ -1,6 +1,7 @@
 #pragma once
 
-#include "model/MirelAppModel.h"
+#include "model/ContinuousPause.h"
+#include "model/SyncChecks.h"
 #include "screens/Screens.h"
 #include "screens/WindowPlacement.h"
 
@@ -40,6 +41,8 @@ private:
     std::unique_ptr<Screens> m_screens;
     std::unique_ptr<QSettings> m_settings;
     std::unique_ptr<WindowPlacement> m_placement;
+    ContinuousPause m_pause;
+    SyncChecks m_syncChecks;
 };
 
 } // namespace mirel

@@ -16,8 +16,9 @@ constexpr int roundsForKeyring = 25;
 
 } // namespace
 
-MirelAppModel::MirelAppModel(MirelServices services, std::optional<QString> lastError)
+MirelAppModel::MirelAppModel(MirelServices services, std::optional<QString> lastError, Clock now)
     : m_services(std::move(services))
+    , m_now(std::move(now))
     , m_lastError(std::move(lastError))
 {
 }
@@ -27,12 +28,25 @@ MirelAppModel::~MirelAppModel() = default;
 QCoro::Task<> MirelAppModel::start()
 {
     const RunningCommand running(*this);
+    co_await load();
+    // Not awaited: the library is on screen before the keyring, which may ask the user, is touched.
+    connectAndSync();
+}
+
+QCoro::Task<> MirelAppModel::load()
+{
+    const RunningCommand running(*this);
     co_await readPreferences();
     co_await refreshLibrary();
     co_await refreshSyncRuns();
     co_await refreshOrganization();
-    // Not awaited: the library is on screen before the keyring, which may ask the user, is touched.
-    refreshCredentialState();
+}
+
+QCoro::Task<> MirelAppModel::connectAndSync()
+{
+    const RunningCommand running(*this);
+    co_await refreshCredentialState();
+    co_await syncIfDue();
 }
 
 // Preferences that cannot be read are the defaults, without a message.

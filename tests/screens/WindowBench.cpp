@@ -66,6 +66,7 @@ void WindowBench::fillWithNumberedPosts(int count)
 
 void WindowBench::makeModel(const std::optional<ScriptedX::Pages>& pages, bool isConnected)
 {
+    preferNoAutomaticSync();
     const auto servicesThread = std::make_shared<ServiceThread>(QStringLiteral("services"));
     MirelServices services;
     services.store = std::make_unique<Serial<LocalLibraryStore>>(
@@ -87,6 +88,14 @@ void WindowBench::makeModel(const std::optional<ScriptedX::Pages>& pages, bool i
         });
     }
     model = std::make_unique<MirelAppModel>(std::move(services));
+}
+
+void WindowBench::preferNoAutomaticSync() const
+{
+    const auto store = library.open();
+    AppPreferences preferences = store->preferences();
+    preferences.automaticSync = false;
+    store->savePreferences(preferences);
 }
 
 void WindowBench::openWindow()

@@ -62,6 +62,9 @@ protected:
         return QTest::qWaitFor(condition, giveUpMilliseconds);
     }
 
+    // A sync begins when the test says so.
+    void preferNoAutomaticSync() const;
+
     TemporaryLibrary library;
     DesktopSettings desktop{DesktopSettings::Values{}};
     std::unique_ptr<MirelAppModel> model;

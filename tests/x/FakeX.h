@@ -19,8 +19,8 @@ public:
         qint64 maxResults = 0;
     };
 
-    // Answers the n-th call (from 0); may throw.
-    std::function<XBookmarkPage(int call)> answer;
+    // Answers the n-th call (from 0); may throw. Until it is set, nothing is bookmarked.
+    std::function<XBookmarkPage(int call)> answer = [](int) { return XBookmarkPage{}; };
     std::vector<Call> calls;
 
     QCoro::Task<XBookmarkPage> bookmarks(std::optional<QString> paginationToken, qint64 maxResults) override
