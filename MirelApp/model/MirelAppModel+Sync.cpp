@@ -20,13 +20,6 @@ QString statusOf(const BookmarkSyncSummary& summary)
     return form.arg(summary.fetched).arg(summary.pages).arg(summary.created);
 }
 
-// Thrown through the sync when the user has ended it.
-class SyncCanceled : public Error
-{
-public:
-    [[nodiscard]] QString description() const override { return QStringLiteral("Sync canceled."); }
-};
-
 // A record as QML takes it, with its instants as dates.
 template <typename Record>
 QVariantMap variantOf(const Record& record,
@@ -54,27 +47,24 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
     const SyncRun::Kind effectiveKind =
         kind.value_or(m_counts.all == 0 ? SyncRun::Kind::initial : SyncRun::Kind::manual);
     const BookmarkSyncMode mode = fullScan ? BookmarkSyncMode::full : BookmarkSyncMode::incremental;
-    const auto isCanceled = std::make_shared<std::atomic_bool>(false);
-    m_isSyncCanceled = isCanceled;
+    const SyncCancellation cancellation;
+    m_syncCancellation = cancellation;
     bool reloads = true;
     try {
         // The handler runs on the services thread. It is not awaited here: a busy screen must not slow
         // the sync, and the model outlives the service.
-        const BookmarkSyncProgressHandler progress =
-            [this, isCanceled](BookmarkSyncProgress page) -> QCoro::Task<> {
-            if (page.hasNextPage && isCanceled->load())
-                throw SyncCanceled();
+        const BookmarkSyncProgressHandler progress = [this](BookmarkSyncProgress page) -> QCoro::Task<> {
             QMetaObject::invokeMethod(
                 this, [this, page] { showSyncProgress(page); }, Qt::QueuedConnection);
             co_return;
         };
-        const auto sync = [effectiveKind, mode, progress](MirelSyncService& service) {
-            return service.sync(effectiveKind, mode, progress);
+        const auto sync = [effectiveKind, mode, progress, cancellation](MirelSyncService& service) {
+            return service.sync(effectiveKind, mode, progress, cancellation);
         };
         m_lastSyncSummary = co_await m_services.syncService->call(sync);
         setStatusMessage(statusOf(*m_lastSyncSummary));
     } catch (...) {
-        reloads = isCanceled->load();
+        reloads = cancellation.isRequested();
         if (reloads)
             setStatusMessage(QStringLiteral("The sync was canceled. What had arrived is in the library."));
         else

@@ -16,7 +16,6 @@
 #include <QUuid>
 #include <QVariant>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -374,8 +373,8 @@ private:
     QList<BookmarkHighlight> m_highlights;
     bool m_isSyncing = false;
     std::optional<BookmarkSyncProgress> m_syncProgress;
-    // Shared with the sync under way, which ends at its next page once it is true.
-    std::shared_ptr<std::atomic_bool> m_isSyncCanceled = std::make_shared<std::atomic_bool>(false);
+    // Of the sync under way.
+    SyncCancellation m_syncCancellation;
     std::optional<BookmarkSyncSummary> m_lastSyncSummary;
     QList<SyncRun> m_syncRuns;
     QList<SyncLogEntry> m_syncLogEntries;

@@ -199,6 +199,9 @@ public:
     SyncLogEntry appendSyncLogEntry(qint64 runID, SyncLogEntry::Event event, const QString& message,
                                     const PageNumbers& numbers = {});
 
+    // Throws SQLiteStoreError::notFound when there is no run with that id.
+    [[nodiscard]] SyncRun syncRun(qint64 id);
+
     // Newest first.
     [[nodiscard]] QList<SyncRun> syncRuns(qint64 limit);
 
@@ -220,7 +223,6 @@ private:
     [[nodiscard]] bool folderWouldCycle(qint64 folderID, qint64 parentID);
     [[nodiscard]] BookmarkRule rule(qint64 id);
     [[nodiscard]] bool ruleTargetExists(const BookmarkRule& rule);
-    [[nodiscard]] SyncRun syncRun(qint64 id);
     [[nodiscard]] SyncLogEntry syncLogEntry(qint64 id);
 
     SQLiteConnection m_database;

@@ -1,8 +1,6 @@
 #include "x/BookmarkSyncService.h"
 
-#include "x/BookmarkSyncError.h"
-
-#include <QSet>
+#include "x/PageWalk.h"
 
 namespace mirel {
 
@@ -17,10 +15,9 @@ QCoro::Task<BookmarkSyncSummary> BookmarkSyncService::sync(BookmarkSyncMode mode
                                                            BookmarkSyncProgressHandler progress)
 {
     BookmarkSyncSummary summary{.mode = mode};
-    QSet<QString> seenTokens;
-    std::optional<QString> token;
+    PageWalk walk(mostPages);
     for (;;) {
-        const XBookmarkPage page = co_await m_x.bookmarks(token, pageSize);
+        const XBookmarkPage page = co_await m_x.bookmarks(walk.token(), pageSize);
         const StoredPage stored = co_await store(page.items);
         ++summary.pages;
         summary.fetched += page.items.size();
@@ -40,17 +37,11 @@ QCoro::Task<BookmarkSyncSummary> BookmarkSyncService::sync(BookmarkSyncMode mode
                 .hasNextPage = page.nextToken && !stops,
             });
         }
-        if (stops || !page.nextToken) {
+        if (stops || !walk.advance(page.nextToken)) {
             summary.reachedRemoteEnd = !page.nextToken;
             summary.completedAt = m_now();
             co_return summary;
         }
-        if (summary.pages == mostPages)
-            throw BookmarkSyncError(BookmarkSyncError::Case::pageLimitExceeded);
-        if (seenTokens.contains(*page.nextToken))
-            throw BookmarkSyncError(BookmarkSyncError::Case::paginationCycle);
-        seenTokens.insert(*page.nextToken);
-        token = page.nextToken;
     }
 }
 

@@ -44,13 +44,16 @@ SyncRun recordedCounters(LocalLibraryStore& library, qint64 runID)
 } // namespace
 
 MirelSyncService::MirelSyncService(XDirectAPI& x, Serial<LocalLibraryStore>& store, Clock now)
-    : m_store(store)
-    , m_bookmarkSync(x, store, std::move(now))
+    : m_x(x)
+    , m_store(store)
+    , m_bookmarkSync(x, store, now)
+    , m_now(std::move(now))
 {
 }
 
 QCoro::Task<BookmarkSyncSummary> MirelSyncService::sync(SyncRun::Kind kind, BookmarkSyncMode mode,
-                                                        BookmarkSyncProgressHandler progress)
+                                                        BookmarkSyncProgressHandler progress,
+                                                        SyncCancellation cancellation)
 {
     const SyncRun run =
         co_await m_store.call([kind](LocalLibraryStore& library) { return library.createSyncRun(kind); });
@@ -62,24 +65,31 @@ QCoro::Task<BookmarkSyncSummary> MirelSyncService::sync(SyncRun::Kind kind, Book
     });
     std::exception_ptr failure;
     try {
-        co_return co_await runAndComplete(run.id, mode, std::move(progress));
+        co_return co_await runAndComplete(run.id, mode, std::move(progress), cancellation);
     } catch (...) {
         failure = std::current_exception();
     }
+    if (cancellation.isRequested())
+        failure = std::make_exception_ptr(SyncCanceled());
     co_await recordFailure(run.id, failure);
     std::rethrow_exception(failure);
 }
 
 QCoro::Task<BookmarkSyncSummary> MirelSyncService::runAndComplete(qint64 runID, BookmarkSyncMode mode,
-                                                                  BookmarkSyncProgressHandler progress)
+                                                                  BookmarkSyncProgressHandler progress,
+                                                                  SyncCancellation cancellation)
 {
     // The history first: what the caller shows is never ahead of it.
-    const auto recordAndReport = [this, runID, progress](BookmarkSyncProgress page) -> QCoro::Task<> {
+    const auto recordAndReport = [this, runID, progress,
+                                  cancellation](BookmarkSyncProgress page) -> QCoro::Task<> {
         co_await recordPage(runID, page);
         if (progress)
             co_await progress(page);
+        cancellation.throwIfRequested();
     };
     const BookmarkSyncSummary summary = co_await m_bookmarkSync.sync(mode, recordAndReport);
+    co_await followBookmarks(summary, cancellation);
+    cancellation.throwIfRequested();
     const auto complete = [runID, summary](LocalLibraryStore& library) {
         library.updateSyncRun(runID, SyncRun::Status::completed, summary.pages, summary.fetched,
                               summary.created, summary.updated);
@@ -91,6 +101,28 @@ QCoro::Task<BookmarkSyncSummary> MirelSyncService::runAndComplete(qint64 runID, 
                              .arg(summary.fetched)
                              .arg(summary.pages));
     co_return summary;
+}
+
+// What a sync does once the bookmarks are in.
+QCoro::Task<> MirelSyncService::followBookmarks(BookmarkSyncSummary summary, SyncCancellation cancellation)
+{
+    const AppPreferences preferences =
+        co_await m_store.call([](LocalLibraryStore& library) { return library.preferences(); });
+    const bool fetchesThreads = preferences.threadEnrichment == AppPreferences::ThreadEnrichment::automatic;
+    switch (summary.mode) {
+    case BookmarkSyncMode::incremental:
+        if (fetchesThreads)
+            co_await enrichThreads(summary.createdBookmarkIDs, cancellation);
+        break;
+    case BookmarkSyncMode::full:
+        if (!preferences.ignoreXFolders)
+            co_await syncFolders(cancellation);
+        if (fetchesThreads)
+            co_await enrichAllThreads(cancellation);
+        break;
+    }
+    cancellation.throwIfRequested();
+    co_await m_store.call([](LocalLibraryStore& library) { return library.runEnabledRules(); });
 }
 
 QCoro::Task<> MirelSyncService::recordPage(qint64 runID, BookmarkSyncProgress page)

@@ -219,6 +219,7 @@ const QStringList& readingOperations()
         QStringLiteral("highlights"),
         QStringLiteral("authorSummaries"),
         QStringLiteral("preferences"),
+        QStringLiteral("syncRun"),
         QStringLiteral("syncRuns"),
         QStringLiteral("syncLogEntries"),
         QStringLiteral("prepareSearch"),

@@ -1,6 +1,6 @@
 #include "testing/Printing.h"
 
-#include "x/SyncTestBench.h"
+#include "x/MirelSyncBench.h"
 
 #include "library/SQLiteStoreError.h"
 #include "x/XAPIError.h"
@@ -12,33 +12,7 @@ namespace {
 
 using testing::errorOf;
 using testing::makePage;
-
-class MirelSync : public testing::SyncTestBench
-{
-protected:
-    BookmarkSyncSummary sync(SyncRun::Kind kind, BookmarkSyncMode mode)
-    {
-        return blockOn(service.sync(kind, mode, collectReports()));
-    }
-
-    SyncRun lastRun()
-    {
-        return onStore([](LocalLibraryStore& it) { return it.syncRuns(1).value(0); });
-    }
-
-    // "event: message" of each entry of the last run.
-    std::vector<std::string> story()
-    {
-        const qint64 id = lastRun().id;
-        std::vector<std::string> lines;
-        for (const SyncLogEntry& entry :
-             onStore([id](LocalLibraryStore& it) { return it.syncLogEntries(id, 100); }))
-            lines.push_back((rawValue(entry.event) + QStringLiteral(": ") + entry.message).toStdString());
-        return lines;
-    }
-
-    MirelSyncService service{x, *store, library.clock.clock()};
-};
+using MirelSync = testing::MirelSyncBench;
 
 TEST_F(MirelSync, ASyncLeavesOneCompletedRunAndItsStory)
 {

@@ -31,7 +31,7 @@ protected:
     template <typename Operation>
     auto onStore(Operation operation)
     {
-        return blockOn(store->call(std::move(operation)));
+        return blockOn(store->call(operation));
     }
 
     qint64 storedCount()
