@@ -2,6 +2,8 @@
 
 #include "credentials/KeychainCredentialVault.h"
 #include "credentials/MirelKeychainConfiguration.h"
+#include "model/BrowserAuthenticationSession.h"
+#include "model/DefaultBrowser.h"
 #include "support/MirelPaths.h"
 #include "transport/URLSessionHTTPTransport.h"
 #include "x/Endpoints.h"
@@ -41,6 +43,21 @@ void connectX(MirelServices& services, const LiveOptions& options)
     });
     services.syncService = std::make_unique<Serial<MirelSyncService>>(
         thread, [&] { return std::make_unique<MirelSyncService>(services.x->unguarded(), *services.store); });
+    services.oauth = std::make_unique<Serial<XOAuthService>>(thread, [&] {
+        return std::make_unique<XOAuthService>(services.vault->unguarded(), services.transport->unguarded(),
+                                               endpoints.xAPI, endpoints.xAuthorize);
+    });
+}
+
+std::function<std::unique_ptr<WebAuthenticationSession>()> sessionMaker(const LiveOptions& options)
+{
+    BrowserAuthenticationSession::OpenPage openPage = options.openPage;
+    if (!openPage) {
+        openPage = [environment = options.environment](const QUrl& page) {
+            return openInDefaultBrowser(page, environment);
+        };
+    }
+    return [openPage] { return std::make_unique<BrowserAuthenticationSession>(openPage); };
 }
 
 } // namespace
@@ -51,6 +68,8 @@ std::unique_ptr<MirelAppModel> MirelAppModel::live(const LiveOptions& options)
     std::optional<QString> error;
     try {
         services.store = openStore(options.environment);
+        services.makeWebAuthenticationSession = sessionMaker(options);
+        services.cacheDirectory = MirelPaths::cacheDirectory(options.environment);
         connectX(services, options);
     } catch (const std::exception& failure) {
         error = describe(failure);

@@ -76,4 +76,37 @@ void MirelAppModel::requestBack()
     goBack();
 }
 
+void MirelAppModel::requestXOAuth(const QString& clientID, const QString& clientSecret,
+                                  const QString& redirectURI)
+{
+    beginXOAuth(clientID, clientSecret, redirectURI);
+}
+
+void MirelAppModel::requestXCredentials(const QString& clientID, const QString& clientSecret,
+                                        const QString& accessToken, const QString& refreshToken,
+                                        const QString& userID, const QString& username)
+{
+    persistXCredentials(clientID, clientSecret, accessToken, refreshToken, userID, username);
+}
+
+void MirelAppModel::requestConnectionValidation()
+{
+    validateConnections();
+}
+
+void MirelAppModel::requestCredentialRemoval()
+{
+    clearCredentials();
+}
+
+void MirelAppModel::requestTweet(const QString& reference)
+{
+    openTweetURL(reference);
+}
+
+void MirelAppModel::requestDataDeletion()
+{
+    deleteAllData();
+}
+
 } // namespace mirel

@@ -118,6 +118,15 @@ void MirelAppModel::setLastError(std::optional<QString> error)
 void MirelAppModel::fail(const std::exception_ptr& failure)
 {
     setLastError(describe(failure));
+    setWorking(false);
+}
+
+void MirelAppModel::setWorking(bool isWorking)
+{
+    if (m_isWorking == isWorking)
+        return;
+    m_isWorking = isWorking;
+    Q_EMIT isWorkingChanged();
 }
 
 void MirelAppModel::dismissError()

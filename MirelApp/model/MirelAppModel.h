@@ -4,11 +4,13 @@
 #include "library/LocalLibraryStore.h"
 #include "model/BookmarkListModel.h"
 #include "model/NavigationSnapshot.h"
+#include "model/WebAuthenticationSession.h"
 #include "presentation/PostPresentation.h"
 #include "support/Serial.h"
 #include "transport/HTTPTransport.h"
 #include "x/MirelSyncService.h"
 #include "x/XDirectAPI.h"
+#include "x/XOAuthService.h"
 
 #include <QObject>
 #include <QProcessEnvironment>
@@ -22,7 +24,7 @@
 namespace mirel {
 
 // Every service of the program. Each is present from the start or absent for the whole run; a command that
-// needs an absent one does nothing. `transport`, `vault`, `x` and `syncService` share one thread.
+// needs an absent one does nothing. `transport`, `vault`, `x`, `syncService` and `oauth` share one thread.
 struct MirelServices
 {
     std::unique_ptr<Serial<LocalLibraryStore>> store;
@@ -30,6 +32,11 @@ struct MirelServices
     std::unique_ptr<Serial<HTTPTransport>> transport;
     std::unique_ptr<Serial<XDirectAPI>> x;
     std::unique_ptr<Serial<MirelSyncService>> syncService;
+    std::unique_ptr<Serial<XOAuthService>> oauth;
+    // Makes the platform's way to sign in on a page of the web. Empty: there is none.
+    std::function<std::unique_ptr<WebAuthenticationSession>()> makeWebAuthenticationSession;
+    // What the program keeps to be quicker, and may lose at any time. Empty: nowhere.
+    QString cacheDirectory;
 };
 
 // How live() builds the services.
@@ -38,6 +45,8 @@ struct LiveOptions
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     // Makes the vault, on the services thread. Empty: the system's keyring.
     std::function<std::unique_ptr<CredentialVault>()> makeVault;
+    // Shows the page of a sign-in, and returns whether it could. Empty: the user's browser does.
+    std::function<bool(const QUrl&)> openPage;
 };
 
 // The application without its screens: the state that they show and the commands that they call. Lives on
@@ -88,6 +97,12 @@ class MirelAppModel : public QObject
     Q_PROPERTY(QVariantList syncRuns READ syncRunsVariant NOTIFY syncRunsChanged)
     Q_PROPERTY(QVariantList syncLogEntries READ syncLogEntriesVariant NOTIFY syncRunsChanged)
     Q_PROPERTY(bool xConfigured READ xConfigured NOTIFY xConfiguredChanged)
+    // The browser shows X's sign-in, and has not returned.
+    Q_PROPERTY(bool isAuthorizingX READ isAuthorizingX NOTIFY isAuthorizingXChanged)
+    // The addresses to which X may return, of which one is registered with X.
+    Q_PROPERTY(QStringList xRedirectURIs READ xRedirectURIs CONSTANT)
+    // A long command runs, and those like it have to wait.
+    Q_PROPERTY(bool isWorking READ isWorking NOTIFY isWorkingChanged)
     // Empty: nothing to tell.
     Q_PROPERTY(QString statusMessage READ statusMessageText NOTIFY messagesChanged)
     Q_PROPERTY(QString lastError READ lastErrorText NOTIFY messagesChanged)
@@ -162,6 +177,30 @@ public:
 
     // Finds out whether X works. The last check to start decides, whichever ends last.
     QCoro::Task<> refreshCredentialState();
+    // Shows and saves the preferences; those that cannot be saved stay on the screen.
+    QCoro::Task<> savePreferences(AppPreferences preferences);
+
+    // Connects an account with tokens that the user already has. A blank field keeps what is stored. Tokens
+    // that X refuses stay stored.
+    QCoro::Task<> persistXCredentials(QString clientID, QString clientSecret, QString accessToken,
+                                      QString refreshToken, QString userID, QString username);
+    // Shows X's sign-in in the browser, in place of one that it may show already. Its callback comes by
+    // handleOpenURL().
+    QCoro::Task<> beginXOAuth(QString clientID, QString clientSecret, QString redirectURI);
+    // Gives up the sign-in that the browser shows; its callback then comes too late.
+    Q_INVOKABLE void cancelXAuthorization();
+    // Asks X whether the connection still works, if there is one.
+    QCoro::Task<> validateConnections();
+    // Removes all secrets from the keyring, and gives up a sign-in.
+    QCoro::Task<> clearCredentials();
+
+    // Takes a link from outside: the callback of a sign-in, or one that names a post.
+    QCoro::Task<> handleOpenURL(QUrl url);
+    // Opens the post that the user's text names, when it is in the library.
+    QCoro::Task<> openTweetURL(QString text);
+
+    // Removes everything: the library's rows, the secrets and the caches. Ends a sync and a sign-in first.
+    QCoro::Task<> deleteAllData();
 
     // The commands as screens call them: nobody waits for their end.
     Q_INVOKABLE void requestSync(bool fullScan);
@@ -183,6 +222,16 @@ public:
     Q_INVOKABLE void requestSelection(qint64 bookmarkID);
     Q_INVOKABLE void requestReader(qint64 bookmarkID);
     Q_INVOKABLE void requestBack();
+    Q_INVOKABLE void requestXOAuth(const QString& clientID, const QString& clientSecret,
+                                   const QString& redirectURI);
+    Q_INVOKABLE void requestXCredentials(const QString& clientID, const QString& clientSecret,
+                                         const QString& accessToken, const QString& refreshToken,
+                                         const QString& userID, const QString& username);
+    Q_INVOKABLE void requestConnectionValidation();
+    Q_INVOKABLE void requestCredentialRemoval();
+    // An X post id or a post's web address.
+    Q_INVOKABLE void requestTweet(const QString& reference);
+    Q_INVOKABLE void requestDataDeletion();
     Q_INVOKABLE void dismissError();
     Q_INVOKABLE void dismissStatus();
 
@@ -242,6 +291,9 @@ public:
     [[nodiscard]] const QList<SyncRun>& syncRuns() const { return m_syncRuns; }
     [[nodiscard]] const QList<SyncLogEntry>& syncLogEntries() const { return m_syncLogEntries; }
     [[nodiscard]] bool xConfigured() const { return m_xConfigured; }
+    [[nodiscard]] bool isAuthorizingX() const { return m_xAuthenticationSession != nullptr; }
+    [[nodiscard]] static QStringList xRedirectURIs() { return XOAuthService::supportedRedirectURIs; }
+    [[nodiscard]] bool isWorking() const { return m_isWorking; }
     [[nodiscard]] const std::optional<QString>& statusMessage() const { return m_statusMessage; }
     [[nodiscard]] const std::optional<QString>& lastError() const { return m_lastError; }
 
@@ -260,6 +312,8 @@ Q_SIGNALS:
     void syncChanged();
     void syncRunsChanged();
     void xConfiguredChanged();
+    void isAuthorizingXChanged();
+    void isWorkingChanged();
     void messagesChanged();
     void becameIdle();
 
@@ -307,7 +361,16 @@ private:
     // The shared failure step of all commands.
     void fail(const std::exception_ptr& failure);
     void setLoading(bool isLoading);
+    void setWorking(bool isWorking);
     void setXConfigured(bool isConfigured);
+    QCoro::Task<> saveXUsername(QString username);
+    void startXAuthentication(const PendingXAuthorization& pending);
+    void endXAuthentication(WebAuthenticationSession::Outcome outcome);
+    void setXAuthentication(std::unique_ptr<WebAuthenticationSession> session, const QString& state);
+    QCoro::Task<> abandonXAuthorization();
+    QCoro::Task<> completeXAuthorization(QUrl callbackURL);
+    QCoro::Task<> finishSync();
+    void forgetLibrary();
     void showSyncProgress(const BookmarkSyncProgress& progress);
     void endSync();
     QCoro::Task<> readPreferences();
@@ -379,6 +442,12 @@ private:
     QList<SyncRun> m_syncRuns;
     QList<SyncLogEntry> m_syncLogEntries;
     bool m_xConfigured = false;
+    bool m_isWorking = false;
+    // Present while the browser shows the sign-in whose state is `m_xAuthorizationState`.
+    std::unique_ptr<WebAuthenticationSession> m_xAuthenticationSession;
+    QString m_xAuthorizationState;
+    // The attempt that began last; null when it was given up.
+    QUuid m_xAuthorizationAttempt;
     std::optional<QString> m_statusMessage;
     std::optional<QString> m_lastError;
     QUuid m_connectionValidationGeneration = QUuid::createUuid();

@@ -139,6 +139,11 @@ QCoro::Task<XUser> XOAuthService::complete(QUrl callbackURL)
     co_return user;
 }
 
+void XOAuthService::abandon()
+{
+    m_pending.reset();
+}
+
 QString XOAuthService::randomURLSafe(qsizetype bytes) const
 {
     return urlSafeBase64(m_random(bytes));

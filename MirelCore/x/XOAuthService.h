@@ -13,8 +13,8 @@ namespace mirel {
 // Connects the user's X account: an authorization code with PKCE, for a client that the user registered with
 // X. The caller shows the page of begin() in a browser and hands what comes back to complete().
 //
-// One attempt is in flight at a time, in memory alone. It stays so until it has succeeded or another one
-// begins; a callback that fails changes nothing.
+// One attempt is in flight at a time, in memory alone. It stays so until it has succeeded, is abandoned, or
+// another one begins; a callback that fails changes nothing.
 class XOAuthService
 {
 public:
@@ -39,13 +39,17 @@ public:
 
     // Exchanges the code of the callback for tokens, asks X whose they are, saves them and ends the attempt.
     // Throws XOAuthError, or what the transport or the vault throws:
-    //   noPendingAuthorization  no attempt is in flight, or the same one succeeded meanwhile
+    //   noPendingAuthorization  no attempt is in flight, or it succeeded or was abandoned meanwhile
     //   authorizationDenied     the callback tells an error, whatever else it tells
     //   stateMismatch           it belongs to another attempt, or another one began meanwhile
     //   invalidCallback         it has no code
     //   invalidResponse         it names something twice, or an answer of X cannot be read
     //   http                    X answered a status outside 200 to 299
     [[nodiscard]] QCoro::Task<XUser> complete(QUrl callbackURL);
+
+    // Gives up the attempt in flight, if there is one: its callback then comes too late, and one that is
+    // being completed fails with noPendingAuthorization.
+    void abandon();
 
 private:
     struct Pending

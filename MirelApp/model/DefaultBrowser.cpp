@@ -1,0 +1,24 @@
+#include "model/DefaultBrowser.h"
+
+#include "model/platform/PageOpener.h"
+#include "support/WebURL.h"
+
+#include <QProcess>
+
+namespace mirel {
+
+bool openInDefaultBrowser(const QUrl& page, QProcessEnvironment environment)
+{
+    for (const char* const secret : {"X_CLIENT_SECRET", "OPENAI_API_KEY"})
+        environment.remove(QString::fromLatin1(secret));
+    QProcess opener;
+    opener.setProgram(pageOpener());
+    opener.setArguments({absoluteString(page)});
+    opener.setProcessEnvironment(environment);
+    opener.setStandardInputFile(QProcess::nullDevice());
+    opener.setStandardOutputFile(QProcess::nullDevice());
+    opener.setStandardErrorFile(QProcess::nullDevice());
+    return opener.startDetached();
+}
+
+} // namespace mirel

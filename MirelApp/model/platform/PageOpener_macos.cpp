@@ -1,0 +1,10 @@
+#include "model/platform/PageOpener.h"
+
+namespace mirel {
+
+QString pageOpener()
+{
+    return QStringLiteral("open");
+}
+
+} // namespace mirel
