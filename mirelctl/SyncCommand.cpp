@@ -51,7 +51,10 @@ private:
 bool runSync(MirelAppModel& model, const SyncCommand& command, const CommandSurroundings& surroundings)
 {
     std::optional<QCoro::Task<>> ending;
-    const Interruption interruption([&] { ending.emplace(model.shutDown()); });
+    const Interruption interruption([&] {
+        model.cancelSync();
+        ending.emplace(model.shutDown());
+    });
     const ProgressLine progressLine(model, surroundings.showProgress);
     blockOn(model.syncNow({}, command.full));
     if (ending)

@@ -3,8 +3,6 @@
 #include "model/RunningCommand.h"
 #include "support/FileManager.h"
 
-#include <QCoro/QCoroSignal>
-
 namespace mirel {
 
 QCoro::Task<> MirelAppModel::deleteAllData()
@@ -14,7 +12,7 @@ QCoro::Task<> MirelAppModel::deleteAllData()
     const RunningCommand running(*this);
     try {
         // Either would bring back what is removed here.
-        co_await finishSync();
+        co_await endSyncEarly();
         co_await abandonXAuthorization();
         co_await m_services.store->call([](LocalLibraryStore& library) { library.purgeAllLocalData(); });
         co_await m_services.vault->call([](CredentialVault& vault) { return vault.clearAll(); });
@@ -31,16 +29,6 @@ QCoro::Task<> MirelAppModel::deleteAllData()
     forgetLibrary();
     setStatusMessage(QStringLiteral("All local Mirel data and credentials were deleted."));
     co_await start();
-}
-
-// Ends a running sync and waits until it has.
-QCoro::Task<> MirelAppModel::finishSync()
-{
-    while (m_isSyncing) {
-        co_await endSyncEarly();
-        if (m_isSyncing)
-            co_await qCoro(this, &MirelAppModel::syncChanged);
-    }
 }
 
 // Takes off the screen what is no longer stored.

@@ -69,7 +69,7 @@ QCoro::Task<> MirelAppModel::shutDown()
 {
     m_isShuttingDown = true;
     for (int round = 0; m_runningCommands > 0; ++round) {
-        m_syncCancellation.request();
+        m_syncCancellation.abandon();
         // A command that was between two requests begins its next one after the others were ended.
         co_await endRequests();
         // A refreshed token on its way into the keyring is the only one that X still knows.
@@ -94,13 +94,18 @@ QCoro::Task<> MirelAppModel::endVaultCalls()
         co_await m_services.vault->call([](CredentialVault& vault) { vault.cancelAll(); });
 }
 
-// A sync that is between two requests ends at its next step.
 QCoro::Task<> MirelAppModel::endSyncEarly()
 {
     const RunningCommand running(*this);
     m_syncCancellation.request();
-    co_await endRequests();
-    co_await endVaultCalls();
+    for (int round = 0; m_isSyncing; ++round) {
+        // One that was between two requests begins its next one after the others were ended.
+        co_await endRequests();
+        if (round >= roundsForKeyring)
+            co_await endVaultCalls();
+        if (m_isSyncing)
+            co_await qCoro(this, &MirelAppModel::syncChanged, pauseBetweenRounds);
+    }
 }
 
 void MirelAppModel::setStatusMessage(const QString& message)

@@ -125,7 +125,8 @@ public:
     QCoro::Task<> load();
 
     // Cancels the requests in flight, and those that begin meanwhile, and returns when no command is running.
-    // Calls to the keyring are given a moment to end.
+    // Calls to the keyring are given a moment to end. A sync that nobody canceled stays `running` in the
+    // history.
     QCoro::Task<> shutDown();
 
     // Goes to a destination of the sidebar, without refinements and from the first page.
@@ -174,6 +175,8 @@ public:
     // attempt, whatever came of it, ended at least the chosen interval ago.
     QCoro::Task<> syncIfDue();
     QCoro::Task<> refreshSyncRuns();
+    // Cancels a running sync and returns when it has ended; what has arrived stays.
+    QCoro::Task<> endSyncEarly();
 
     // Finds out whether X works. The last check to start decides, whichever ends last.
     QCoro::Task<> refreshCredentialState();
@@ -204,7 +207,7 @@ public:
 
     // The commands as screens call them: nobody waits for their end.
     Q_INVOKABLE void requestSync(bool fullScan);
-    // Ends the running sync after what is being stored; what has arrived stays.
+    // As endSyncEarly().
     Q_INVOKABLE void cancelSync();
     Q_INVOKABLE void requestRefresh();
     Q_INVOKABLE void requestNextPage();
@@ -369,7 +372,6 @@ private:
     void setXAuthentication(std::unique_ptr<WebAuthenticationSession> session, const QString& state);
     QCoro::Task<> abandonXAuthorization();
     QCoro::Task<> completeXAuthorization(QUrl callbackURL);
-    QCoro::Task<> finishSync();
     void forgetLibrary();
     void showSyncProgress(const BookmarkSyncProgress& progress);
     void endSync();
@@ -377,7 +379,6 @@ private:
     QCoro::Task<> connectAndSync();
     QCoro::Task<> endRequests();
     QCoro::Task<> endVaultCalls();
-    QCoro::Task<> endSyncEarly();
     [[nodiscard]] std::optional<Instant> lastSyncAttempt() const;
 
     [[nodiscard]] NavigationSnapshot currentPlace() const;
