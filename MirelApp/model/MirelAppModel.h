@@ -210,6 +210,7 @@ public:
     // As endSyncEarly().
     Q_INVOKABLE void cancelSync();
     Q_INVOKABLE void requestRefresh();
+    Q_INVOKABLE void requestSyncHistory();
     Q_INVOKABLE void requestNextPage();
     Q_INVOKABLE void requestPreviousPage();
     // Names as in `selection`, `libraryFilter` and `librarySort`; an unknown one is ignored.
