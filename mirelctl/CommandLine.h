@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mirelctl/AuthorsCommand.h"
+#include "mirelctl/ConnectionCommands.h"
 #include "mirelctl/FolderCommands.h"
 #include "mirelctl/HighlightCommands.h"
 #include "mirelctl/LabelCommands.h"
@@ -31,15 +32,14 @@ struct VersionCommand
 
 // All commands. Those that do something have a `name` of one or two words, describe(), which binds what the
 // user may add to it, and run().
-using Command =
-    std::variant<StatusCommand, SyncCommand, ListCommand, ShowCommand, OpenCommand, SearchCommand,
-                 CountCommand, LabelListCommand, LabelCreateCommand, LabelRenameCommand, LabelMergeCommand,
-                 LabelDeleteCommand, LabelAddCommand, LabelRemoveCommand, FolderListCommand,
-                 FolderCreateCommand, FolderUpdateCommand, FolderDeleteCommand, FolderAssignCommand,
-                 FolderUnassignCommand, RuleListCommand, RuleCreateCommand, RulePreviewCommand,
-                 RuleRunCommand, RuleEnableCommand, RuleDisableCommand, RuleDeleteCommand,
-                 HighlightAddCommand, HighlightListCommand, HighlightDeleteCommand, AuthorsCommand,
-                 PreferencesGetCommand, PreferencesSetCommand, HelpCommand, VersionCommand>;
+using Command = std::variant<
+    StatusCommand, SyncCommand, ListCommand, ShowCommand, OpenCommand, SearchCommand, CountCommand,
+    LabelListCommand, LabelCreateCommand, LabelRenameCommand, LabelMergeCommand, LabelDeleteCommand,
+    LabelAddCommand, LabelRemoveCommand, FolderListCommand, FolderCreateCommand, FolderUpdateCommand,
+    FolderDeleteCommand, FolderAssignCommand, FolderUnassignCommand, RuleListCommand, RuleCreateCommand,
+    RulePreviewCommand, RuleRunCommand, RuleEnableCommand, RuleDisableCommand, RuleDeleteCommand,
+    HighlightAddCommand, HighlightListCommand, HighlightDeleteCommand, AuthorsCommand, PreferencesGetCommand,
+    PreferencesSetCommand, ConnectCommand, DisconnectCommand, PurgeCommand, HelpCommand, VersionCommand>;
 
 // What the user asked for.
 struct CommandLine

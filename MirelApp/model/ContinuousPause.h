@@ -2,7 +2,8 @@
 
 #include "model/Pause.h"
 
-#include <QObject>
+#include <QPromise>
+#include <QTimer>
 
 #include <functional>
 
@@ -10,17 +11,15 @@ namespace mirel {
 
 // Pauses on the continuous clock: what the computer sleeps counts. After a sleep the end of a pause is
 // noticed within `longestLateness`.
-class ContinuousPause : public QObject, public Pause
+class ContinuousPause : public Pause
 {
-    Q_OBJECT
-
 public:
     static constexpr std::chrono::milliseconds longestLateness{30'000};
 
     using Clock = std::function<std::chrono::milliseconds()>;
 
     // `now` never goes back.
-    explicit ContinuousPause(Clock now = systemClock(), QObject* parent = nullptr);
+    explicit ContinuousPause(Clock now = systemClock());
 
     [[nodiscard]] QCoro::Task<> lastFor(std::chrono::milliseconds time) override;
     void interrupt() override;
@@ -28,14 +27,14 @@ public:
     // The time until the clock is looked at again.
     [[nodiscard]] static std::chrono::milliseconds step(std::chrono::milliseconds remaining);
 
-Q_SIGNALS:
-    void interrupted();
-
 private:
     [[nodiscard]] static Clock systemClock();
+    void look();
 
     Clock m_now;
-    bool m_isInterrupted = false;
+    std::chrono::milliseconds m_end{0};
+    QTimer m_timer;
+    QPromise<void> m_passing;
 };
 
 } // namespace mirel

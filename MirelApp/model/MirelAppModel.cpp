@@ -2,7 +2,7 @@
 
 #include "model/RunningCommand.h"
 
-#include <QCoro/QCoroSignal>
+#include <QCoro/QCoroTimer>
 
 #include <chrono>
 
@@ -76,7 +76,7 @@ QCoro::Task<> MirelAppModel::shutDown()
         if (round >= roundsForKeyring)
             co_await endVaultCalls();
         if (m_runningCommands > 0)
-            co_await qCoro(this, &MirelAppModel::becameIdle, pauseBetweenRounds);
+            co_await QCoro::sleepFor(pauseBetweenRounds);
     }
 }
 
@@ -104,7 +104,7 @@ QCoro::Task<> MirelAppModel::endSyncEarly()
         if (round >= roundsForKeyring)
             co_await endVaultCalls();
         if (m_isSyncing)
-            co_await qCoro(this, &MirelAppModel::syncChanged, pauseBetweenRounds);
+            co_await QCoro::sleepFor(pauseBetweenRounds);
     }
 }
 

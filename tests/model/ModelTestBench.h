@@ -98,6 +98,15 @@ protected:
         return texts;
     }
 
+    // Runs the event loop until `condition` holds.
+    template <typename Condition>
+    static void runUntil(Condition condition)
+    {
+        QEventLoop loop;
+        while (!condition())
+            loop.processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
     TemporaryLibrary library;
     // Leaves the preferences alone, so that the start of the model may sync.
     bool syncsAutomatically = false;

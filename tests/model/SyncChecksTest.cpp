@@ -53,9 +53,7 @@ protected:
 
     void waitFor(std::size_t pauses)
     {
-        QEventLoop loop;
-        while (pause.asked.size() < pauses)
-            loop.processEvents(QEventLoop::WaitForMoreEvents);
+        runUntil([&] { return pause.asked.size() >= pauses; });
     }
 
     HeldPause pause;

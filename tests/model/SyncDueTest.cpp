@@ -234,9 +234,7 @@ TEST_F(SyncDue, TheStartOfTheModelAsksOnceItKnowsWhetherXIsConnected)
                      [&] { wasConnected = wasConnected || (model->isSyncing() && model->xConfigured()); });
     blockOn(model->start());
     EXPECT_TRUE(x->calls.empty()) << "the library is on screen first";
-    QEventLoop loop;
-    QObject::connect(model.get(), &MirelAppModel::becameIdle, &loop, &QEventLoop::quit);
-    loop.exec();
+    runUntil([this] { return model->xConfigured() && !model->isSyncing(); });
     EXPECT_TRUE(wasConnected);
     ASSERT_EQ(model->syncRuns().size(), 1);
     EXPECT_EQ(model->syncRuns().first().kind, SyncRun::Kind::automatic);

@@ -2,7 +2,7 @@
 source "$(dirname -- "${BASH_SOURCE[0]}")/testing.sh"
 source "$project/mirelctl/completions/mirelctl.bash"
 
-commands='status sync list show open search count label folder rule highlight authors preferences'
+commands='status sync list show open search count label folder rule highlight authors preferences connect disconnect purge'
 common='--data-dir --json --demo --help --version'
 
 # What bash offers after the words given, of which the last one is being typed.
@@ -34,6 +34,10 @@ test_offers_the_options_of_the_command_that_stands_there() {
     expect_equal "$(offered_after count --f)" '--filter'
     expect_equal "$(offered_after open --)" "$common"
     expect_equal "$(offered_after authors --)" "$common"
+    expect_equal "$(offered_after connect --c)" '--client-id --client-secret-stdin'
+    expect_equal "$(offered_after connect --redirect-uri '')" 'mirel://oauth/x'
+    expect_equal "$(offered_after disconnect --y)" ''
+    expect_equal "$(offered_after purge --y)" '--yes'
 }
 
 test_offers_the_second_words_of_commands() {
