@@ -66,7 +66,7 @@ ColumnLayout {
             title: "Clear the credentials?"
             explanation: "Mirel removes its tokens and keys from the keyring and can no longer sync. Your library stays as it is."
             action: "Clear Credentials"
-            onConfirmed: settings.appModel.requestCredentialRemoval()
+            onConfirmed: settings.appModel.requestCredentialRemoval() // qmllint disable unqualified
         }
     }
 }

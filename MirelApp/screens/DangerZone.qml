@@ -38,7 +38,7 @@ ColumnLayout {
             title: "Delete all data?"
             explanation: "Mirel removes every bookmark, label, folder, rule, note and highlight, the sync history, the settings, and all tokens and keys from this computer. Your bookmarks on X stay. This cannot be undone."
             action: "Delete All Data"
-            onConfirmed: zone.appModel.requestDataDeletion()
+            onConfirmed: zone.appModel.requestDataDeletion() // qmllint disable unqualified
         }
     }
 }

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Mirel.Screens
 
 // Stands over the window until it is closed. What was typed into it stays for the next time.
@@ -13,9 +14,10 @@ Popup {
     // What the last command said, below the content; null when that is told elsewhere.
     property MirelAppModel messages: null
     default property alias content: body.data
+    readonly property bool hasMessage: messages !== null && (messages.lastError !== "" || messages.statusMessage !== "")
     readonly property real roomiestHeight: parent === null ? 0 : parent.height - 2 * Measures.huge
 
-    parent: Overlay.overlay
+    parent: T.Overlay.overlay
     x: parent === null ? 0 : Math.round((parent.width - width) / 2)
     y: parent === null ? 0 : Math.round((parent.height - height) / 2)
     width: Math.min(preferredWidth, parent === null ? preferredWidth : parent.width - 2 * Measures.huge)
@@ -24,7 +26,7 @@ Popup {
     closePolicy: Popup.CloseOnEscape
     padding: 0
 
-    Overlay.modal: Rectangle {
+    T.Overlay.modal: Rectangle {
         color: Theme.veil
     }
     background: Rectangle {
@@ -33,6 +35,7 @@ Popup {
         border.width: Measures.hairline
         border.color: Theme.border
     }
+    // qmllint disable deferred-property-id
     contentItem: ColumnLayout {
         spacing: 0
         Accessible.role: Accessible.Dialog
@@ -92,7 +95,7 @@ Popup {
         }
 
         Hairline {
-            visible: lines.item !== null && lines.item.visible
+            visible: sheet.hasMessage
         }
 
         Loader {
@@ -102,10 +105,10 @@ Popup {
             Layout.leftMargin: Measures.small
             Layout.rightMargin: Measures.small
             Layout.bottomMargin: visible ? Measures.tiny : 0
-            active: sheet.messages !== null && sheet.visible
-            visible: item !== null && item.visible
+            active: sheet.hasMessage
+            visible: active
             sourceComponent: StatusBar {
-                appModel: sheet.messages
+                appModel: sheet.messages // qmllint disable unqualified
                 errorIsShownElsewhere: false
                 color: Theme.surface
             }

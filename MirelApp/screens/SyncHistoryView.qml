@@ -10,7 +10,9 @@ Sheet {
     required property MirelAppModel appModel
     // 0: none.
     property double selectedRun: 0
-    readonly property var run: appModel.syncRuns.find(each => each.id === selectedRun) ?? null
+    readonly property var history: appModel.syncRuns
+    readonly property var log: appModel.syncLogEntries
+    readonly property var run: history.find(each => each.id === selectedRun) ?? null
     readonly property bool isNarrow: width < Measures.roomySheet
 
     objectName: "syncHistory"
@@ -27,7 +29,7 @@ Sheet {
         objectName: "noRuns"
         Layout.fillWidth: true
         Layout.fillHeight: true
-        visible: view.appModel.syncRuns.length === 0
+        visible: view.history.length === 0
         symbol: "history"
         title: "No sync history"
         explanation: "Every sync leaves a line here."
@@ -36,7 +38,7 @@ Sheet {
     GridLayout {
         Layout.fillWidth: true
         Layout.fillHeight: true
-        visible: view.appModel.syncRuns.length > 0
+        visible: view.history.length > 0
         columns: view.isNarrow ? 1 : 3
         columnSpacing: 0
         rowSpacing: 0
@@ -53,15 +55,15 @@ Sheet {
             activeFocusOnTab: true
             keyNavigationEnabled: true
             boundsBehavior: Flickable.StopAtBounds
-            currentIndex: view.appModel.syncRuns.findIndex(each => each.id === view.selectedRun)
-            model: view.appModel.syncRuns
+            currentIndex: view.history.findIndex(each => each.id === view.selectedRun)
+            model: view.history
             Accessible.role: Accessible.List
             Accessible.name: "Syncs, newest first"
 
             function choose(index: int) {
                 if (index < 0 || index >= count)
                     return;
-                view.selectedRun = view.appModel.syncRuns[index].id;
+                view.selectedRun = view.history[index].id;
                 positionViewAtIndex(index, ListView.Contain);
             }
 
@@ -75,12 +77,12 @@ Sheet {
             }
 
             delegate: SyncRunRow {
-                width: ListView.view.width
-                isShown: view.selectedRun === run.id
-                showsFocus: isShown && runs.activeFocus
+                width: runs.width // qmllint disable unqualified
+                isShown: view.selectedRun === run.id // qmllint disable unqualified
+                showsFocus: isShown && runs.activeFocus // qmllint disable unqualified
                 onChosen: {
-                    runs.forceActiveFocus(Qt.MouseFocusReason);
-                    view.selectedRun = run.id;
+                    runs.forceActiveFocus(Qt.MouseFocusReason); // qmllint disable unqualified
+                    view.selectedRun = run.id; // qmllint disable unqualified
                 }
             }
 
@@ -119,7 +121,7 @@ Sheet {
                 anchors.fill: parent
                 visible: view.run !== null
                 run: view.run
-                entries: view.run === null ? [] : view.appModel.syncLogEntries.filter(entry => entry.runID === view.selectedRun).reverse()
+                entries: view.run === null ? [] : view.log.filter(entry => entry.runID === view.selectedRun).reverse()
             }
         }
     }

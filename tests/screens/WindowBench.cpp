@@ -1,5 +1,8 @@
 #include "screens/WindowBench.h"
 
+#include "model/BrowserAuthenticationSession.h"
+#include "x/RecordingTransport.h"
+
 namespace mirel::testing {
 
 namespace {
@@ -82,6 +85,20 @@ void WindowBench::makeModel(const std::optional<ScriptedX::Pages>& pages, bool i
                                        .userID = QStringLiteral("1")};
         return std::unique_ptr<CredentialVault>(std::make_unique<InMemoryCredentialVault>(credentials));
     });
+    services.transport = std::make_unique<Serial<HTTPTransport>>(servicesThread, [] {
+        return std::unique_ptr<HTTPTransport>(std::make_unique<RecordingTransport>());
+    });
+    services.oauth = std::make_unique<Serial<XOAuthService>>(servicesThread, [&] {
+        return std::make_unique<XOAuthService>(services.vault->unguarded(), services.transport->unguarded(),
+                                               QUrl(QStringLiteral("https://x.example/2")),
+                                               QUrl(QStringLiteral("https://x.example/authorize")));
+    });
+    services.makeWebAuthenticationSession = [this] {
+        return std::make_unique<BrowserAuthenticationSession>([this](const QUrl& page) {
+            openedPages.append(page);
+            return true;
+        });
+    };
     if (pages) {
         services.syncService = std::make_unique<Serial<MirelSyncService>>(servicesThread, [&] {
             return std::make_unique<MirelSyncService>(services.x->unguarded(), *services.store);

@@ -69,6 +69,8 @@ protected:
     DesktopSettings desktop{DesktopSettings::Values{}};
     std::unique_ptr<MirelAppModel> model;
     std::unique_ptr<Screens> screens;
+    // What the browser was asked to show.
+    QList<QUrl> openedPages;
 };
 
 } // namespace mirel::testing
