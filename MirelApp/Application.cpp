@@ -181,6 +181,7 @@ Application::Application(Options options, std::unique_ptr<LinkReceiver> receiver
     , m_model(MirelAppModel::live(liveOptions(m_options)))
     , m_screens(std::make_unique<Screens>(
           *m_model, *m_desktop, MirelPaths::cacheDirectory(QProcessEnvironment::systemEnvironment())))
+    , m_syncChecks(*m_model, m_pause)
     , m_links(std::move(receiver))
 {
     if (m_options.screenshot)
@@ -196,14 +197,19 @@ int Application::run()
     m_screens->window().show();
     if (m_options.screenshot) {
         blockOn(takeScreenshot());
-    } else {
-        work();
-        QGuiApplication::exec();
-        // From here on a link needs another window.
-        m_links.reset();
+        m_screens->window().hide();
+        blockOn(m_model->shutDown());
+        return 0;
     }
+    auto working = work();
+    QGuiApplication::exec();
+    // From here on a link needs another window.
+    m_links.reset();
     m_screens->window().hide();
-    blockOn(m_model->shutDown());
+    auto shuttingDown = m_model->shutDown();
+    m_syncChecks.end();
+    blockOn(std::move(shuttingDown));
+    blockOn(std::move(working));
     return 0;
 }
 
@@ -224,16 +230,18 @@ QCoro::Task<> Application::work()
     co_await m_model->start();
     if (m_options.link)
         co_await m_model->handleOpenURL(parseURL(*m_options.link).value_or(QUrl()));
-    if (m_options.isDemo)
+    if (m_options.isDemo && !m_model->isSyncing() && !m_syncChecks.hasEnded())
         co_await m_model->syncNow({}, false);
+    co_await m_syncChecks.run();
 }
 
-// The steps of `work`, each of which has to succeed.
+// What `work` does before the first pause, each step of which has to succeed, and without a sync that nobody
+// asked for.
 QCoro::Task<> Application::takeScreenshot()
 {
     constexpr auto between = 50ms;
     constexpr int longestWait = 600;
-    co_await m_model->start();
+    co_await m_model->load();
     requireSuccess(*m_model);
     co_await m_model->refreshCredentialState();
     if (m_options.isDemo)

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "model/ContinuousPause.h"
 #include "model/LinkReceiver.h"
-#include "model/MirelAppModel.h"
+#include "model/SyncChecks.h"
 #include "screens/Screens.h"
 #include "screens/WindowPlacement.h"
 
@@ -46,6 +47,8 @@ private:
     std::unique_ptr<Screens> m_screens;
     std::unique_ptr<QSettings> m_settings;
     std::unique_ptr<WindowPlacement> m_placement;
+    ContinuousPause m_pause;
+    SyncChecks m_syncChecks;
     std::unique_ptr<LinkReceiver> m_links;
 };
 

@@ -15,7 +15,11 @@ template <typename Start>
 bool runInterruptibly(MirelAppModel& model, const Start& start)
 {
     std::optional<QCoro::Task<>> ending;
-    const Interruption interruption([&] { ending.emplace(model.shutDown()); });
+    const Interruption interruption([&] {
+        // The user's wish, and not a sync that the end of the program cut off.
+        model.cancelSync();
+        ending.emplace(model.shutDown());
+    });
     blockOn(start());
     if (ending)
         blockOn(*std::move(ending));

@@ -12,7 +12,7 @@ QCoro::Task<> MirelAppModel::deleteAllData()
     const RunningCommand running(*this);
     try {
         // Either would bring back what is removed here.
-        co_await finishSync();
+        co_await endSyncEarly();
         co_await abandonXAuthorization();
         co_await m_services.store->call([](LocalLibraryStore& library) { library.purgeAllLocalData(); });
         co_await m_services.vault->call([](CredentialVault& vault) { return vault.clearAll(); });

@@ -12,6 +12,11 @@ void MirelAppModel::requestRefresh()
     refreshLibrary();
 }
 
+void MirelAppModel::requestSyncHistory()
+{
+    refreshSyncRuns();
+}
+
 void MirelAppModel::requestNextPage()
 {
     nextPage();

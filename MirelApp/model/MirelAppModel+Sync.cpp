@@ -8,6 +8,7 @@ namespace {
 
 constexpr qint64 shownRuns = 20;
 constexpr qint64 shownLogEntries = 1000;
+constexpr qint64 secondsOfAnHour = 3600;
 
 QString statusOf(const BookmarkSyncSummary& summary)
 {
@@ -17,6 +18,19 @@ QString statusOf(const BookmarkSyncSummary& summary)
                              "%3 new.")
             : QStringLiteral("Quick sync checked %1 recent bookmarks across %2 page(s), %3 new.");
     return form.arg(summary.fetched).arg(summary.pages).arg(summary.created);
+}
+
+// A record as QML takes it, with its instants as dates.
+template <typename Record>
+QVariantMap variantOf(const Record& record,
+                      std::initializer_list<std::pair<QString, std::optional<Instant>>> dates)
+{
+    QVariantMap map = toJSON(record).toVariant().toMap();
+    for (const auto& [name, instant] : dates) {
+        if (instant)
+            map[name] = instant->toDateTime().toLocalTime();
+    }
+    return map;
 }
 
 } // namespace
@@ -59,8 +73,30 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
     if (reloads)
         co_await refreshLibrary();
     co_await refreshSyncRuns();
-    co_await refreshOrganization();
+    if (reloads)
+        co_await refreshOrganization();
     endSync();
+}
+
+QCoro::Task<> MirelAppModel::syncIfDue()
+{
+    if (m_isShuttingDown || !m_preferences.automaticSync || !m_xConfigured || m_isSyncing)
+        co_return;
+    const std::optional<Instant> last = lastSyncAttempt();
+    const auto interval = static_cast<double>(m_preferences.automaticSyncIntervalHours * secondsOfAnHour);
+    if (last && m_now().secondsSince1970() - last->secondsSince1970() < interval)
+        co_return;
+    co_await syncNow(SyncRun::Kind::automatic, false);
+}
+
+// When the last run that has ended did so. One that an end of the process left unfinished counts for nothing.
+std::optional<Instant> MirelAppModel::lastSyncAttempt() const
+{
+    for (const SyncRun& run : m_syncRuns) {
+        if (run.status != SyncRun::Status::queued && run.status != SyncRun::Status::running)
+            return run.completedAt.value_or(run.createdAt);
+    }
+    return std::nullopt;
 }
 
 // The rows arrive page by page.
@@ -92,6 +128,7 @@ QCoro::Task<> MirelAppModel::refreshSyncRuns()
         });
         m_syncRuns = std::move(runs);
         m_syncLogEntries = std::move(entries);
+        Q_EMIT syncRunsChanged();
     } catch (...) {
         fail(std::current_exception());
     }
@@ -102,6 +139,25 @@ QVariant MirelAppModel::syncProgressVariant() const
     if (!m_syncProgress)
         return QVariant::fromValue(nullptr);
     return toJSON(*m_syncProgress).toVariant();
+}
+
+QVariantList MirelAppModel::syncRunsVariant() const
+{
+    QVariantList list;
+    for (const SyncRun& run : m_syncRuns)
+        list.append(variantOf(run, {{QStringLiteral("createdAt"), run.createdAt},
+                                    {QStringLiteral("startedAt"), run.startedAt},
+                                    {QStringLiteral("completedAt"), run.completedAt},
+                                    {QStringLiteral("rateLimitResetAt"), run.rateLimitResetAt}}));
+    return list;
+}
+
+QVariantList MirelAppModel::syncLogEntriesVariant() const
+{
+    QVariantList list;
+    for (const SyncLogEntry& entry : m_syncLogEntries)
+        list.append(variantOf(entry, {{QStringLiteral("createdAt"), entry.createdAt}}));
+    return list;
 }
 
 } // namespace mirel

@@ -16,8 +16,9 @@ constexpr int roundsForKeyring = 25;
 
 } // namespace
 
-MirelAppModel::MirelAppModel(MirelServices services, std::optional<QString> lastError)
+MirelAppModel::MirelAppModel(MirelServices services, std::optional<QString> lastError, Clock now)
     : m_services(std::move(services))
+    , m_now(std::move(now))
     , m_lastError(std::move(lastError))
 {
 }
@@ -27,12 +28,25 @@ MirelAppModel::~MirelAppModel() = default;
 QCoro::Task<> MirelAppModel::start()
 {
     const RunningCommand running(*this);
+    co_await load();
+    // Not awaited: the library is on screen before the keyring, which may ask the user, is touched.
+    connectAndSync();
+}
+
+QCoro::Task<> MirelAppModel::load()
+{
+    const RunningCommand running(*this);
     co_await readPreferences();
     co_await refreshLibrary();
     co_await refreshSyncRuns();
     co_await refreshOrganization();
-    // Not awaited: the library is on screen before the keyring, which may ask the user, is touched.
-    refreshCredentialState();
+}
+
+QCoro::Task<> MirelAppModel::connectAndSync()
+{
+    const RunningCommand running(*this);
+    co_await refreshCredentialState();
+    co_await syncIfDue();
 }
 
 // Preferences that cannot be read are the defaults, without a message.
@@ -55,23 +69,13 @@ QCoro::Task<> MirelAppModel::shutDown()
 {
     m_isShuttingDown = true;
     for (int round = 0; m_runningCommands > 0; ++round) {
-        m_syncCancellation.request();
+        m_syncCancellation.abandon();
         // A command that was between two requests begins its next one after the others were ended.
         co_await endRequests();
         // A refreshed token on its way into the keyring is the only one that X still knows.
         if (round >= roundsForKeyring)
             co_await endVaultCalls();
         if (m_runningCommands > 0)
-            co_await QCoro::sleepFor(pauseBetweenRounds);
-    }
-}
-
-// Ends a running sync and returns when it has ended.
-QCoro::Task<> MirelAppModel::finishSync()
-{
-    while (m_isSyncing) {
-        co_await endSyncEarly();
-        if (m_isSyncing)
             co_await QCoro::sleepFor(pauseBetweenRounds);
     }
 }
@@ -90,13 +94,18 @@ QCoro::Task<> MirelAppModel::endVaultCalls()
         co_await m_services.vault->call([](CredentialVault& vault) { vault.cancelAll(); });
 }
 
-// A sync that is between two requests ends at its next step.
 QCoro::Task<> MirelAppModel::endSyncEarly()
 {
     const RunningCommand running(*this);
     m_syncCancellation.request();
-    co_await endRequests();
-    co_await endVaultCalls();
+    for (int round = 0; m_isSyncing; ++round) {
+        // One that was between two requests begins its next one after the others were ended.
+        co_await endRequests();
+        if (round >= roundsForKeyring)
+            co_await endVaultCalls();
+        if (m_isSyncing)
+            co_await QCoro::sleepFor(pauseBetweenRounds);
+    }
 }
 
 void MirelAppModel::setStatusMessage(const QString& message)

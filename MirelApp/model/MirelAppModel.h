@@ -93,6 +93,10 @@ class MirelAppModel : public QObject
     Q_PROPERTY(bool isSyncing READ isSyncing NOTIFY syncChanged)
     // A map with the fields of BookmarkSyncProgress while a sync runs, else null.
     Q_PROPERTY(QVariant syncProgress READ syncProgressVariant NOTIFY syncChanged)
+    // Newest first: the last 20 runs, as maps with the fields of SyncRun, and the last 1,000 log entries of
+    // all runs, with those of SyncLogEntry; instants are dates, and what is absent is left out.
+    Q_PROPERTY(QVariantList syncRuns READ syncRunsVariant NOTIFY syncRunsChanged)
+    Q_PROPERTY(QVariantList syncLogEntries READ syncLogEntriesVariant NOTIFY syncRunsChanged)
     Q_PROPERTY(bool xConfigured READ xConfigured NOTIFY xConfiguredChanged)
     // The browser shows X's sign-in, and has not returned.
     Q_PROPERTY(bool isAuthorizingX READ isAuthorizingX NOTIFY isAuthorizingXChanged)
@@ -107,8 +111,9 @@ class MirelAppModel : public QObject
     Q_PROPERTY(QString lastError READ lastErrorText NOTIFY messagesChanged)
 
 public:
-    // `lastError` tells why services are absent.
-    explicit MirelAppModel(MirelServices services, std::optional<QString> lastError = {});
+    // `lastError` tells why services are absent. `now` decides when a sync is due.
+    explicit MirelAppModel(MirelServices services, std::optional<QString> lastError = {},
+                           Clock now = Instant::now);
 
     // Ends what runs on other threads. Call shutDown() first when commands may be running.
     ~MirelAppModel() override;
@@ -117,11 +122,14 @@ public:
     // without services, with the error in `lastError`.
     [[nodiscard]] static std::unique_ptr<MirelAppModel> live(const LiveOptions& options = {});
 
-    // Fills the model from the library, and then, without being awaited, finds out what is connected.
+    // Fills the model from the library: load(). Then, without being awaited, finds out what is connected, and
+    // syncs if that is due.
     QCoro::Task<> start();
+    QCoro::Task<> load();
 
     // Cancels the requests in flight, and those that begin meanwhile, and returns when no command is running.
-    // Calls to the keyring are given a moment to end.
+    // Calls to the keyring are given a moment to end. A sync that nobody canceled stays `running` in the
+    // history.
     QCoro::Task<> shutDown();
 
     // Goes to a destination of the sidebar, without refinements and from the first page.
@@ -166,7 +174,12 @@ public:
 
     // Runs a sync. Without a kind it is `initial` on an empty library, else `manual`.
     QCoro::Task<> syncNow(std::optional<SyncRun::Kind> kind, bool fullScan);
+    // Runs an `automatic` sync when the user wants such, X is connected, none is running, and the last
+    // attempt, whatever came of it, ended at least the chosen interval ago.
+    QCoro::Task<> syncIfDue();
     QCoro::Task<> refreshSyncRuns();
+    // Cancels a running sync and returns when it has ended; what has arrived stays.
+    QCoro::Task<> endSyncEarly();
 
     // Asks X for the present counters of a post.
     QCoro::Task<> refreshMetrics(qint64 bookmarkID);
@@ -206,9 +219,10 @@ public:
 
     // The commands as screens call them: nobody waits for their end.
     Q_INVOKABLE void requestSync(bool fullScan);
-    // Ends the running sync after what is being stored; what has arrived stays.
+    // As endSyncEarly().
     Q_INVOKABLE void cancelSync();
     Q_INVOKABLE void requestRefresh();
+    Q_INVOKABLE void requestSyncHistory();
     Q_INVOKABLE void requestNextPage();
     Q_INVOKABLE void requestPreviousPage();
     // Names as in `selection`, `libraryFilter` and `librarySort`; an unknown one is ignored.
@@ -319,6 +333,7 @@ Q_SIGNALS:
     void highlightsChanged();
     void syncChanged();
     void enrichingThreadsChanged();
+    void syncRunsChanged();
     void xConfiguredChanged();
     void isAuthorizingXChanged();
     void isWorkingChanged();
@@ -356,6 +371,8 @@ private:
     [[nodiscard]] QString librarySortName() const { return rawValue(m_librarySort); }
     [[nodiscard]] QVariant countsVariant() const { return toJSON(m_counts).toVariant(); }
     [[nodiscard]] QVariant syncProgressVariant() const;
+    [[nodiscard]] QVariantList syncRunsVariant() const;
+    [[nodiscard]] QVariantList syncLogEntriesVariant() const;
     [[nodiscard]] QString statusMessageText() const { return m_statusMessage.value_or(QString()); }
     [[nodiscard]] QString lastErrorText() const { return m_lastError.value_or(QString()); }
 
@@ -374,14 +391,14 @@ private:
     void setXAuthentication(std::unique_ptr<WebAuthenticationSession> session, const QUrl& page = {});
     QCoro::Task<> abandonXAuthorization();
     QCoro::Task<> completeXAuthorization(QUrl callbackURL);
-    QCoro::Task<> finishSync();
     void forgetLibrary();
     void showSyncProgress(const BookmarkSyncProgress& progress);
     void endSync();
     QCoro::Task<> readPreferences();
+    QCoro::Task<> connectAndSync();
     QCoro::Task<> endRequests();
     QCoro::Task<> endVaultCalls();
-    QCoro::Task<> endSyncEarly();
+    [[nodiscard]] std::optional<Instant> lastSyncAttempt() const;
 
     [[nodiscard]] NavigationSnapshot currentPlace() const;
     void rememberNavigation();
@@ -408,6 +425,7 @@ private:
     QCoro::Task<> presentShownPost();
 
     MirelServices m_services;
+    Clock m_now;
     AppPreferences m_preferences;
     BookmarkListModel m_bookmarks;
     BookmarkListModel m_mediaBookmarks;

@@ -111,16 +111,7 @@ ListView {
     }
     // qmllint enable unqualified
 
-    ScrollBar.vertical: ScrollBar {
-        id: scrollBar
-
-        policy: list.contentHeight > list.height ? ScrollBar.AsNeeded : ScrollBar.AlwaysOff
-        Accessible.name: "Position in the list"
-        contentItem: Rectangle {
-            implicitWidth: Measures.small
-            radius: width / 2
-            color: Theme.tertiary
-            opacity: scrollBar.pressed ? 0.9 : scrollBar.hovered ? 0.7 : 0.35
-        }
+    ScrollBar.vertical: PageScrollBar {
+        name: "Position in the list"
     }
 }

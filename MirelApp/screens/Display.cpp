@@ -81,6 +81,17 @@ QString Display::fullDate(const QDateTime& date) const
     return locale().toString(date, QStringLiteral("dddd, d MMMM yyyy 'at' HH:mm"));
 }
 
+QString Display::clockTime(const QDateTime& date, const QDateTime& now) const
+{
+    const bool isToday = date.date() == now.date();
+    return locale().toString(date, isToday ? QStringLiteral("HH:mm") : QStringLiteral("d MMM 'at' HH:mm"));
+}
+
+QString Display::secondOfDay(const QDateTime& date) const
+{
+    return locale().toString(date, QStringLiteral("HH:mm:ss"));
+}
+
 QString Display::snippet(const QString& text) const
 {
     constexpr qsizetype longest = 700;

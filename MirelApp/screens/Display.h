@@ -29,6 +29,10 @@ public:
     [[nodiscard]] Q_INVOKABLE QString relativeDate(const QDateTime& date, const QDateTime& now) const;
     // "Tuesday, 12 March 2024 at 14:05".
     [[nodiscard]] Q_INVOKABLE QString fullDate(const QDateTime& date) const;
+    // "14:05" on the day of `now`, else "12 Mar at 14:05".
+    [[nodiscard]] Q_INVOKABLE QString clockTime(const QDateTime& date, const QDateTime& now) const;
+    // "14:05:30".
+    [[nodiscard]] Q_INVOKABLE QString secondOfDay(const QDateTime& date) const;
     // The beginning of a post on one paragraph, long enough for any list row.
     [[nodiscard]] Q_INVOKABLE QString snippet(const QString& text) const;
     // The picture's address when it is one of the web, else empty: a post names no file of this computer.

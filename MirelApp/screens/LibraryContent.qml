@@ -28,6 +28,7 @@ Rectangle {
     }
 
     signal openedOnX(url address)
+    signal settingsRequested
 
     // Brings the keyboard to the rows; without a current one it takes up the first if `takesUpRow`.
     function focusRows(takesUpRow: bool) {
@@ -118,9 +119,6 @@ Rectangle {
         title: content.isNoMatch ? "No search results" : "No bookmarks"
         explanation: content.appModel.xConfigured || !content.isEmptyLibrary ? "Sync X or adjust the current filters." :
                                                                                "Add your X connection in Settings, then sync."
-        commandHint: command === "" ? "" : "Until Mirel has its Settings, import the connection in a terminal. The file README.md tells what to put into credentials.json."
-        command: content.appModel.xConfigured || !content.isEmptyLibrary ? "" :
-                                                                           "Mirel --import-credentials-stdin < credentials.json"
 
         PushButton {
             objectName: "clearRefinements"
@@ -139,9 +137,19 @@ Rectangle {
         }
 
         PushButton {
+            objectName: "emptySettings"
+            visible: !content.isNoMatch && content.isEmptyLibrary && !content.appModel.xConfigured
+            isPrimary: true
+            symbol: "settings"
+            text: "Settings"
+            tip: "Connect your X account (Ctrl+,)"
+            onClicked: content.settingsRequested()
+        }
+
+        PushButton {
             objectName: "emptySync"
             visible: !content.isNoMatch
-            isPrimary: true
+            isPrimary: content.appModel.xConfigured || !content.isEmptyLibrary
             enabled: !content.appModel.isSyncing
             symbol: "refresh-cw"
             text: "Quick Sync"

@@ -11,6 +11,7 @@ RowLayout {
     readonly property bool isRoomy: width >= Measures.roomyHeader
 
     signal leftSearch
+    signal postRequested
 
     function focusSearch() {
         search.forceActiveFocus(Qt.ShortcutFocusReason);
@@ -75,6 +76,15 @@ RowLayout {
         enabled: header.appModel.hasLibrary
         sort: header.appModel.librarySort
         onSortRequested: sort => header.appModel.requestSort(sort)
+    }
+
+    IconButton {
+        objectName: "openPost"
+        enabled: header.appModel.hasLibrary
+        symbol: "link"
+        text: "Open X bookmark (Ctrl+O)"
+        Accessible.name: "Open X bookmark"
+        onClicked: header.postRequested()
     }
 
     SyncButton {

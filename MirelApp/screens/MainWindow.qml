@@ -12,6 +12,8 @@ ApplicationWindow {
     property alias listWidth: content.listWidth
 
     readonly property bool isReaderOpen: appModel.isReaderOpen
+    // Nothing stands over the window.
+    readonly property bool isFree: !history.isOpen && !settings.isOpen && !openPost.isOpen
 
     onIsReaderOpenChanged: {
         if (!isReaderOpen)
@@ -33,7 +35,7 @@ ApplicationWindow {
     width: 1240
     height: 780
     minimumWidth: 560
-    minimumHeight: 400
+    minimumHeight: 480
     color: Theme.surface
     palette.window: Theme.surface
     palette.windowText: Theme.text
@@ -44,62 +46,74 @@ ApplicationWindow {
 
     Shortcut {
         sequences: ["Ctrl+R"]
-        enabled: main.appModel.hasLibrary && !main.appModel.isSyncing
+        enabled: main.isFree && main.appModel.hasLibrary && !main.appModel.isSyncing
         onActivated: main.appModel.requestSync(false)
     }
 
     Shortcut {
         sequences: ["F5"]
-        enabled: main.appModel.hasLibrary
+        enabled: main.isFree && main.appModel.hasLibrary
         onActivated: main.appModel.requestRefresh()
     }
 
     Shortcut {
         sequences: ["Ctrl+1"]
-        enabled: main.appModel.hasLibrary
+        enabled: main.isFree && main.appModel.hasLibrary
         onActivated: main.appModel.requestDestination("today")
     }
 
     Shortcut {
         sequences: ["Ctrl+2"]
-        enabled: main.appModel.hasLibrary
+        enabled: main.isFree && main.appModel.hasLibrary
         onActivated: main.appModel.requestDestination("library")
     }
 
     Shortcut {
         sequences: ["Ctrl+F"]
-        enabled: main.appModel.hasLibrary
+        enabled: main.isFree && main.appModel.hasLibrary
         onActivated: main.search()
     }
 
     Shortcut {
         sequences: ["Alt+Left", "Back"]
-        enabled: main.appModel.canGoBack || main.isReaderOpen
+        enabled: main.isFree && (main.appModel.canGoBack || main.isReaderOpen)
         onActivated: main.appModel.requestBack()
     }
 
     Shortcut {
         sequences: ["Esc"]
-        enabled: main.isReaderOpen
+        enabled: main.isFree && main.isReaderOpen
         onActivated: main.appModel.requestBack()
     }
 
     Shortcut {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
-        enabled: main.appModel.shownPost !== null
+        enabled: main.isFree && main.appModel.shownPost !== null
         onActivated: main.openOnX()
     }
 
     Shortcut {
         sequences: ["Ctrl+PgUp"]
-        enabled: !main.isReaderOpen && main.appModel.page > 0 // qmllint disable
+        enabled: main.isFree && !main.isReaderOpen && main.appModel.page > 0 // qmllint disable
         onActivated: main.appModel.requestPreviousPage()
     }
 
     Shortcut {
         sequences: ["Ctrl+PgDown"]
-        enabled: !main.isReaderOpen && main.appModel.page + 1 < main.appModel.pageCount // qmllint disable
+        enabled: main.isFree && !main.isReaderOpen && main.appModel.page + 1 < main.appModel.pageCount // qmllint disable
         onActivated: main.appModel.requestNextPage()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+O"]
+        enabled: main.isFree && main.appModel.hasLibrary
+        onActivated: openPost.open()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+,"]
+        enabled: main.isFree
+        onActivated: settings.open()
     }
 
     Shortcut {
@@ -118,6 +132,8 @@ ApplicationWindow {
             appModel: main.appModel
             isFolded: main.width < Measures.foldingWidth
             onSearchRequested: header.focusSearch()
+            onHistoryRequested: history.open()
+            onSettingsRequested: settings.open()
         }
 
         Rectangle {
@@ -142,6 +158,7 @@ ApplicationWindow {
                 appModel: main.appModel
                 title: sidebar.currentTitle
                 onLeftSearch: content.focusRows(true)
+                onPostRequested: openPost.open()
             }
 
             ReaderHeader {
@@ -173,6 +190,7 @@ ApplicationWindow {
                 visible: !main.isReaderOpen
                 appModel: main.appModel
                 onOpenedOnX: address => Qt.openUrlExternally(address)
+                onSettingsRequested: settings.open()
             }
 
             Loader {
@@ -189,7 +207,14 @@ ApplicationWindow {
             }
 
             Hairline {
-                visible: sync.visible || status.visible
+                visible: sync.visible || limit.visible || status.visible
+            }
+
+            RateLimitNotice {
+                id: limit
+
+                Layout.fillWidth: true
+                appModel: main.appModel
             }
 
             SyncProgressBar {
@@ -206,6 +231,30 @@ ApplicationWindow {
                 appModel: main.appModel
                 errorIsShownElsewhere: !main.appModel.isReaderOpen && (content.shown === "unavailable" || content.shown === "failed")
             }
+        }
+    }
+
+    SheetLoader {
+        id: history
+
+        sourceComponent: SyncHistoryView {
+            appModel: main.appModel // qmllint disable unqualified
+        }
+    }
+
+    SheetLoader {
+        id: settings
+
+        sourceComponent: SettingsView {
+            appModel: main.appModel // qmllint disable unqualified
+        }
+    }
+
+    SheetLoader {
+        id: openPost
+
+        sourceComponent: OpenPostBox {
+            appModel: main.appModel // qmllint disable unqualified
         }
     }
 }

@@ -53,6 +53,8 @@ QtObject {
     readonly property int foldedSidebarWidth: Math.round(56 * scale)
     // Below this width of the window the sidebar folds.
     readonly property int foldingWidth: Math.round(960 * scale)
+    // Below this height the sidebar has no headings.
+    readonly property int roomySidebar: Math.round(560 * scale)
     readonly property int widestList: Math.round(880 * scale)
     // Of the list beside a preview; without room for both there is no preview.
     readonly property int narrowestListColumn: Math.round(360 * scale)
@@ -64,6 +66,12 @@ QtObject {
     readonly property int narrowestSearch: Math.round(120 * scale)
     // Below this width of a header its controls are icons.
     readonly property int roomyHeader: Math.round(760 * scale)
+    // Of what stands over the window. Below `roomySheet` its columns stand one below the other.
+    readonly property int widestSheet: Math.round(880 * scale)
+    readonly property int formWidth: Math.round(600 * scale)
+    readonly property int questionWidth: Math.round(460 * scale)
+    readonly property int roomySheet: Math.round(680 * scale)
+    readonly property int runColumn: Math.round(272 * scale)
     readonly property int tallestPicture: Math.round(480 * scale)
     readonly property int readingWidth: Math.round(680 * scale)
 }

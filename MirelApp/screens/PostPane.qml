@@ -70,17 +70,8 @@ T.Control {
             }
         }
 
-        ScrollBar.vertical: ScrollBar {
-            id: scrollBar
-
-            policy: page.contentHeight > page.height ? ScrollBar.AsNeeded : ScrollBar.AlwaysOff
-            Accessible.name: "Position in the post"
-            contentItem: Rectangle {
-                implicitWidth: Measures.small
-                radius: width / 2
-                color: Theme.tertiary
-                opacity: scrollBar.pressed ? 0.9 : scrollBar.hovered ? 0.7 : 0.35
-            }
+        ScrollBar.vertical: PageScrollBar {
+            name: "Position in the post"
         }
     }
 

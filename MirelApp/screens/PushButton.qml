@@ -10,12 +10,15 @@ T.Button {
     property bool isPrimary: false
     // Without a frame until the pointer is on it.
     property bool isQuiet: false
+    // What it does cannot be undone.
+    property bool isDestructive: false
     property bool symbolFollowsText: false
     property string tip: ""
     // The side on which another button adjoins.
     property bool joinsLeft: false
     property bool joinsRight: false
-    readonly property color foreground: isPrimary ? Theme.onTint : Theme.text
+    readonly property color fill: isDestructive ? Theme.failure : Theme.tint
+    readonly property color foreground: isPrimary ? Theme.readableOn(fill) : isDestructive ? Theme.failure : Theme.text
 
     implicitWidth: Math.max(implicitHeight, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Measures.controlHeight
@@ -51,7 +54,7 @@ T.Button {
     }
     background: Rectangle {
         radius: Measures.controlRadius
-        color: control.isPrimary ? Theme.tint : control.down ? Theme.current : control.hovered
+        color: control.isPrimary ? control.fill : control.down ? Theme.current : control.hovered
                                                              && control.enabled ? Theme.hovered : control.isQuiet ? "transparent" :
                                                                                                                     Theme.surface
         border.width: control.isPrimary || control.isQuiet ? 0 : Measures.hairline
@@ -70,7 +73,7 @@ T.Button {
             anchors.fill: parent
             visible: control.isPrimary && control.enabled && (control.hovered || control.down)
             radius: parent.radius
-            color: Theme.onTint
+            color: control.foreground
             opacity: control.down ? 0.16 : 0.08
         }
 

@@ -63,7 +63,12 @@ Rectangle {
         return destinations.find(each => each.name === destination)?.text ?? "";
     }
 
+    // There is no height to spare for headings.
+    readonly property bool isShort: height < Measures.roomySidebar
+
     signal searchRequested
+    signal historyRequested
+    signal settingsRequested
 
     objectName: "sidebar"
     implicitWidth: isFolded ? Measures.foldedSidebarWidth : Measures.sidebarWidth
@@ -109,7 +114,7 @@ Rectangle {
                 spacing: Measures.tiny / 2
 
                 SidebarHeading {
-                    visible: text !== "" && !sidebar.isFolded // qmllint disable unqualified
+                    visible: text !== "" && !sidebar.isFolded && !sidebar.isShort // qmllint disable unqualified
                     text: place.modelData.section
                 }
 
@@ -133,14 +138,14 @@ Rectangle {
         }
 
         SidebarHeading {
-            visible: !sidebar.isFolded
+            visible: !sidebar.isFolded && !sidebar.isShort
             text: "Mailboxes"
         }
 
         Hairline {
             Layout.topMargin: Measures.small
             Layout.bottomMargin: Measures.small
-            visible: sidebar.isFolded
+            visible: sidebar.isFolded || sidebar.isShort
         }
 
         Repeater {
@@ -164,6 +169,26 @@ Rectangle {
 
         Item {
             Layout.fillHeight: true
+        }
+
+        SyncStateButton {
+            Layout.fillWidth: true
+            visible: sidebar.appModel.hasLibrary
+            appModel: sidebar.appModel
+            isFolded: sidebar.isFolded
+            onClicked: sidebar.historyRequested()
+        }
+
+        SidebarButton {
+            Layout.fillWidth: true
+            Layout.bottomMargin: Measures.small
+            objectName: "openSettings"
+            text: "Settings"
+            symbol: "settings"
+            isFolded: sidebar.isFolded
+            isShown: false
+            Accessible.role: Accessible.Button
+            onClicked: sidebar.settingsRequested()
         }
     }
 }

@@ -10,9 +10,6 @@ Item {
     required property string title
     required property string explanation
     property color symbolColor: Theme.tertiary
-    // What the user can type in a terminal; can be selected and copied.
-    property string command: ""
-    property string commandHint: ""
     default property alias actions: actionRow.data
 
     Accessible.role: Accessible.Grouping
@@ -51,53 +48,6 @@ Item {
             wrapMode: Text.Wrap
             lineHeightMode: Text.FixedHeight
             lineHeight: Measures.controlLine
-        }
-
-        PlainLabel {
-            Layout.fillWidth: true
-            visible: text !== ""
-            text: panel.commandHint
-            color: Theme.secondary
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
-            lineHeightMode: Text.FixedHeight
-            lineHeight: Measures.controlLine
-        }
-
-        Rectangle {
-            Layout.alignment: Qt.AlignHCenter
-            Layout.preferredWidth: Math.min(commandText.implicitWidth + 2 * Measures.medium, parent.width)
-            Layout.preferredHeight: commandText.implicitHeight + 2 * Measures.small
-            visible: panel.command !== ""
-            radius: Measures.controlRadius
-            color: Theme.background
-            border.width: commandText.activeFocus ? Measures.focusRing : Measures.hairline
-            border.color: commandText.activeFocus ? Theme.tint : Theme.border
-
-            TextEdit {
-                id: commandText
-
-                objectName: "stateCommand"
-                anchors.fill: parent
-                anchors.leftMargin: Measures.medium
-                anchors.rightMargin: Measures.medium
-                anchors.topMargin: Measures.small
-                text: panel.command
-                textFormat: TextEdit.PlainText
-                readOnly: true
-                selectByMouse: true
-                activeFocusOnTab: true
-                wrapMode: TextEdit.WrapAnywhere
-                color: Theme.text
-                selectionColor: Theme.tint
-                selectedTextColor: Theme.onTint
-                font.family: "monospace"
-                font.pixelSize: Measures.controlText
-                Accessible.role: Accessible.EditableText
-                Accessible.readOnly: true
-                Accessible.name: "Command to connect X"
-                onActiveFocusChanged: activeFocus ? selectAll() : deselect()
-            }
         }
 
         Row {

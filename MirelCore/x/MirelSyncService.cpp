@@ -71,7 +71,8 @@ QCoro::Task<BookmarkSyncSummary> MirelSyncService::sync(SyncRun::Kind kind, Book
     }
     if (cancellation.isRequested())
         failure = std::make_exception_ptr(SyncCanceled());
-    co_await recordFailure(run.id, failure);
+    if (!cancellation.isAbandoned())
+        co_await recordFailure(run.id, failure);
     std::rethrow_exception(failure);
 }
 

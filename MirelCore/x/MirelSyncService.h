@@ -20,7 +20,8 @@ public:
     // opening and closing writes; failures of the others are ignored. What was stored before it stays.
     //
     // Requesting `cancellation` ends the sync before its next step, and SyncCanceled is recorded and thrown
-    // then, also when what ended it was a request that failed meanwhile.
+    // then, also when what ended it was a request that failed meanwhile. Abandoning it records nothing: the
+    // run stays `running`.
     QCoro::Task<BookmarkSyncSummary> sync(SyncRun::Kind kind, BookmarkSyncMode mode,
                                           BookmarkSyncProgressHandler progress,
                                           SyncCancellation cancellation = {});

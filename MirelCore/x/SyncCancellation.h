@@ -15,12 +15,16 @@ public:
 };
 
 // The wish to end one sync, shared by all copies: whoever started the sync keeps one and the sync has
-// another. May be used on any thread.
+// another. The first wish holds. May be used on any thread.
 class SyncCancellation
 {
 public:
-    void request() const { m_isRequested->store(true); }
-    [[nodiscard]] bool isRequested() const { return m_isRequested->load(); }
+    // The user wants the end: the run is recorded as failed.
+    void request() const { wish(Wish::cancel); }
+    // The process ends: the run stays `running` in the history, and so counts as no attempt.
+    void abandon() const { wish(Wish::abandon); }
+    [[nodiscard]] bool isRequested() const { return *m_wish != Wish::none; }
+    [[nodiscard]] bool isAbandoned() const { return *m_wish == Wish::abandon; }
     // Throws SyncCanceled once the end was requested.
     void throwIfRequested() const
     {
@@ -29,7 +33,15 @@ public:
     }
 
 private:
-    std::shared_ptr<std::atomic_bool> m_isRequested = std::make_shared<std::atomic_bool>(false);
+    enum class Wish { none, cancel, abandon };
+
+    void wish(Wish wish) const
+    {
+        Wish none = Wish::none;
+        m_wish->compare_exchange_strong(none, wish);
+    }
+
+    std::shared_ptr<std::atomic<Wish>> m_wish = std::make_shared<std::atomic<Wish>>(Wish::none);
 };
 
 } // namespace mirel

@@ -32,6 +32,8 @@ protected:
 
     void makeModel(std::optional<XCredentials> credentials = XCredentials{.accessToken = QStringLiteral("a")})
     {
+        if (!syncsAutomatically)
+            prefer([](AppPreferences& preferences) { preferences.automaticSync = false; });
         MirelServices services;
         services.store = std::make_unique<Serial<LocalLibraryStore>>(
             std::make_shared<ServiceThread>(QStringLiteral("library")), [this] { return library.open(); });
@@ -39,7 +41,7 @@ protected:
         services.vault = std::make_unique<Serial<CredentialVault>>(
             thread, [&] { return std::make_unique<InMemoryCredentialVault>(credentials); });
         services.x = std::make_unique<Serial<XDirectAPI>>(thread, [this] {
-            auto fake = std::make_unique<FakeX>();
+            auto fake = makeX();
             x = fake.get();
             return fake;
         });
@@ -47,7 +49,19 @@ protected:
             return std::make_unique<MirelSyncService>(services.x->unguarded(), *services.store,
                                                       library.clock.clock());
         });
-        model = std::make_unique<MirelAppModel>(std::move(services));
+        model = std::make_unique<MirelAppModel>(std::move(services), std::nullopt, library.clock.clock());
+    }
+
+    virtual std::unique_ptr<FakeX> makeX() { return std::make_unique<FakeX>(); }
+
+    // Changes the preferences in the library; the model reads them when it starts.
+    template <typename Change>
+    void prefer(Change change)
+    {
+        const auto opened = library.open();
+        AppPreferences preferences = opened->preferences();
+        change(preferences);
+        opened->savePreferences(preferences);
     }
 
     // Fills the library, makes the model, and starts it.
@@ -84,7 +98,18 @@ protected:
         return texts;
     }
 
+    // Runs the event loop until `condition` holds.
+    template <typename Condition>
+    static void runUntil(Condition condition)
+    {
+        QEventLoop loop;
+        while (!condition())
+            loop.processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
     TemporaryLibrary library;
+    // Leaves the preferences alone, so that the start of the model may sync.
+    bool syncsAutomatically = false;
     std::unique_ptr<MirelAppModel> model;
     // Belongs to the model; lives on the services thread.
     FakeX* x = nullptr;

@@ -153,6 +153,7 @@ TEST_F(SearchedLibrary, BeginsWithTheSavedPreferences)
     store(1, 45);
     AppPreferences preferences;
     preferences.pageSize = 20;
+    preferences.automaticSync = false;
     library.open()->savePreferences(preferences);
     makeModel();
     blockOn(model->start());
@@ -170,6 +171,7 @@ TEST_F(SearchedLibrary, PreferencesThatCannotBeReadAreTheDefaultsWithoutAMessage
     library.connect()->execute(
         "INSERT INTO app_state (key, value_json) VALUES ('preferences', '{\"appearance\": \"neon\"}')");
     EXPECT_THROW((void)library.open()->preferences(), std::exception);
+    syncsAutomatically = true;
     makeModel();
     blockOn(model->start());
     EXPECT_EQ(model->preferences(), AppPreferences{});

@@ -111,7 +111,9 @@ TEST_F(ShutDown, EndsARequestThatBeginsAfterTheOthersWereEnded)
     blockOn(model->shutDown());
     EXPECT_FALSE(model->isSyncing());
     EXPECT_EQ(model->lastError(), std::nullopt);
-    EXPECT_EQ(model->syncRuns().size(), 1);
+    ASSERT_EQ(model->syncRuns().size(), 1);
+    EXPECT_EQ(model->syncRuns().first().status, SyncRun::Status::running)
+        << "the end of the program is no attempt that failed";
 }
 
 TEST_F(ShutDown, DoesNotWaitForAKeyringThatWaitsForItsUser)
@@ -133,7 +135,10 @@ TEST_F(ShutDown, ACanceledSyncEndsAlsoWhenTheModelGoesAtOnce)
     EXPECT_EQ(model->statusMessage(),
               QStringLiteral("The sync was canceled. What had arrived is in the library."));
     model.reset();
-    EXPECT_EQ(library.open()->syncRuns(10).size(), 1);
+    const QList<SyncRun> runs = library.open()->syncRuns(10);
+    ASSERT_EQ(runs.size(), 1);
+    EXPECT_EQ(runs.first().status, SyncRun::Status::failed);
+    EXPECT_EQ(runs.first().errorMessage, QStringLiteral("Sync canceled."));
 }
 
 } // namespace

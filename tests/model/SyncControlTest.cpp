@@ -2,6 +2,7 @@
 
 #include "model/ModelTestBench.h"
 
+#include "testing/LibraryChecks.h"
 #include "x/XAPIError.h"
 
 #include <QSemaphore>
@@ -131,6 +132,143 @@ TEST_F(SyncControl, AHistoryThatCannotBeReadKeepsTheOldOne)
     EXPECT_TRUE(model->lastError());
     EXPECT_EQ(model->syncRuns().size(), 1);
     library.connect()->execute("ALTER TABLE gone RENAME TO sync_log_entries");
+}
+
+TEST_F(SyncControl, AFailureReloadsTheHistoryAndNotTheLibrary)
+{
+    x->answer = [](int) -> XBookmarkPage { throw XAPIError::invalidResponse(); };
+    blockOn(model->start());
+    int listings = 0;
+    int organizations = 0;
+    QObject::connect(model.get(), &MirelAppModel::libraryChanged, [&] { ++listings; });
+    QObject::connect(model.get(), &MirelAppModel::organizationChanged, [&] { ++organizations; });
+    blockOn(model->syncNow({}, false));
+    EXPECT_EQ(listings, 0);
+    EXPECT_EQ(organizations, 0);
+    ASSERT_EQ(model->syncRuns().size(), 1);
+    EXPECT_EQ(model->syncRuns().first().errorMessage, QStringLiteral("X returned an unreadable response."));
+    x->answer = [](int) { return makePage(1, 5); };
+    blockOn(model->syncNow({}, false));
+    EXPECT_GT(listings, 0);
+    EXPECT_EQ(organizations, 1);
+}
+
+TEST_F(SyncControl, KeepsTwentyRunsAndAThousandLogEntries)
+{
+    {
+        const auto opened = library.open();
+        for (int run = 0; run < 25; ++run) {
+            library.clock.advance(1);
+            const qint64 id = opened->createSyncRun(SyncRun::Kind::manual).id;
+            for (int entry = 0; entry < 45; ++entry)
+                opened->appendSyncLogEntry(id, SyncLogEntry::Event::page, QString::number(entry));
+        }
+    }
+    int changes = 0;
+    QObject::connect(model.get(), &MirelAppModel::syncRunsChanged, [&] { ++changes; });
+    blockOn(model->refreshSyncRuns());
+    EXPECT_EQ(changes, 1);
+    ASSERT_EQ(model->syncRuns().size(), 20);
+    EXPECT_EQ(model->syncRuns().first().id, 25) << "the newest first";
+    EXPECT_EQ(model->syncRuns().last().id, 6);
+    ASSERT_EQ(model->syncLogEntries().size(), 1000);
+    EXPECT_EQ(model->syncLogEntries().first().runID, 25);
+    EXPECT_EQ(model->syncLogEntries().first().message, QStringLiteral("44"));
+}
+
+TEST_F(SyncControl, TheScreensGetTheHistoryWithItsDates)
+{
+    x->answer = [this](int) -> XBookmarkPage {
+        throw XAPIError::rateLimited(library.clock.now().addingSeconds(900));
+    };
+    blockOn(model->syncNow({}, false));
+    const QVariantMap run = model->property("syncRuns").toList().value(0).toMap();
+    EXPECT_EQ(run[QStringLiteral("status")], QStringLiteral("rate_limited"));
+    EXPECT_EQ(run[QStringLiteral("kind")], QStringLiteral("initial"));
+    const QDateTime now = library.clock.now().toDateTime();
+    EXPECT_EQ(run[QStringLiteral("createdAt")].toDateTime(), now);
+    EXPECT_EQ(run[QStringLiteral("rateLimitResetAt")].toDateTime(), now.addSecs(900));
+    const QVariantMap entry = model->property("syncLogEntries").toList().value(0).toMap();
+    EXPECT_EQ(entry[QStringLiteral("event")], QStringLiteral("failed"));
+    EXPECT_EQ(entry[QStringLiteral("runID")], run[QStringLiteral("id")]);
+    EXPECT_EQ(entry[QStringLiteral("createdAt")].toDateTime(), now);
+    EXPECT_FALSE(entry.contains(QStringLiteral("page")));
+}
+
+TEST_F(SyncControl, ACanceledSyncIsRecordedAsFailedAndKeepsWhatCame)
+{
+    QSemaphore secondPage;
+    x->answer = [&](int call) {
+        if (call == 1) {
+            EXPECT_TRUE(secondPage.tryAcquire(1, 30'000));
+        }
+        return makePage(call * 5 + 1, call * 5 + 5, QString::number(call));
+    };
+    QObject::connect(model->bookmarkList(), &QAbstractItemModel::rowsInserted, model.get(), [&] {
+        model->cancelSync();
+        secondPage.release();
+    });
+    blockOn(model->syncNow({}, true));
+    EXPECT_EQ(model->statusMessage(),
+              QStringLiteral("The sync was canceled. What had arrived is in the library."));
+    EXPECT_EQ(model->lastError(), std::nullopt) << "what the user wanted is no error";
+    const SyncRun run = model->syncRuns().value(0);
+    EXPECT_EQ(run.status, SyncRun::Status::failed);
+    EXPECT_EQ(run.errorMessage, QStringLiteral("Sync canceled."));
+    EXPECT_EQ(run.pages, 2);
+    EXPECT_EQ(model->syncLogEntries().first().message, QStringLiteral("Sync canceled."));
+    EXPECT_EQ(model->bookmarks().size(), 10);
+    EXPECT_EQ(x->calls.size(), 2U) << "no further page is asked for";
+    EXPECT_FALSE(model->isSyncing());
+}
+
+TEST_F(SyncControl, CancelingWhenNothingRunsDoesNothing)
+{
+    model->cancelSync();
+    blockOn(model->endSyncEarly());
+    x->answer = [](int) { return makePage(1, 5); };
+    blockOn(model->syncNow({}, false));
+    EXPECT_EQ(model->syncRuns().value(0).status, SyncRun::Status::completed);
+}
+
+TEST_F(SyncControl, AWindowThatClosesDuringASyncLeavesTheLibraryWhole)
+{
+    QSemaphore secondPage;
+    x->answer = [&](int call) {
+        if (call == 1) {
+            EXPECT_TRUE(secondPage.tryAcquire(1, 30'000));
+        }
+        return makePage(call * 50 + 1, call * 50 + 50,
+                        call < 3 ? std::optional(QString::number(call)) : std::nullopt);
+    };
+    auto syncing = model->syncNow({}, true);
+    QEventLoop loop;
+    QObject::connect(model->bookmarkList(), &QAbstractItemModel::rowsInserted, &loop, &QEventLoop::quit);
+    loop.exec();
+    auto closing = model->shutDown();
+    secondPage.release();
+    blockOn(std::move(closing));
+    blockOn(std::move(syncing));
+    model.reset();
+
+    EXPECT_EQ(library.open()->libraryCounts().all, 100) << "both pages that had come";
+    testing::expectWhole(library.path());
+    EXPECT_EQ(library.open()->syncRuns(1).value(0).status, SyncRun::Status::running);
+
+    syncsAutomatically = true;
+    prefer([](AppPreferences& preferences) { preferences.automaticSync = true; });
+    makeModel();
+    x->answer = [](int call) {
+        return makePage(call * 50 + 1, call * 50 + 50,
+                        call < 3 ? std::optional(QString::number(call)) : std::nullopt);
+    };
+    blockOn(model->load());
+    blockOn(model->refreshCredentialState());
+    blockOn(model->syncIfDue());
+    EXPECT_EQ(model->syncRuns().value(0).status, SyncRun::Status::completed)
+        << "a run that the end of the program cut off does not put off the next";
+    blockOn(model->syncNow({}, true));
+    EXPECT_EQ(model->counts().all, 200);
 }
 
 TEST_F(SyncControl, WithCredentialsThatWorkXIsConfigured)

@@ -1,3 +1,4 @@
+#include "screens/InventedHistory.h"
 #include "screens/WindowBench.h"
 
 #include <QAccessible>
@@ -57,6 +58,38 @@ TEST_F(Accessibility, TheControlsOfASearchAndOfTheReaderHaveNamesToo)
     const QAccessibleInterface* const pane = QAccessible::queryAccessibleInterface(visible("postPane"));
     ASSERT_NE(pane, nullptr);
     EXPECT_EQ(pane->text(QAccessible::Name), QStringLiteral("Post by Ada Lovelace"));
+}
+
+TEST_F(Accessibility, WhatStandsOverTheWindowHasNamesToo)
+{
+    inventHistory(library);
+    openWindow();
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    ASSERT_TRUE(eventually([this] { return visible("showTokens") != nullptr; }));
+    click(visible("showTokens"));
+    ASSERT_TRUE(eventually([this] { return visible("accessTokenInput") != nullptr; }));
+    expectNames(window().contentItem());
+    const QAccessibleInterface* const secret =
+        QAccessible::queryAccessibleInterface(visible("accessTokenInput"));
+    EXPECT_EQ(secret->text(QAccessible::Name), QStringLiteral("User access token"));
+    EXPECT_TRUE(secret->state().passwordEdit);
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(eventually([this] { return visible("showTokens") == nullptr; }));
+    click(visible("syncState"));
+    ASSERT_TRUE(eventually([this] { return allVisible("runRow").size() == 5; }));
+    press(Qt::Key_Down);
+    ASSERT_TRUE(eventually([this] { return visible("runLog") != nullptr; }));
+    expectNames(window().contentItem());
+    const QAccessibleInterface* const run =
+        QAccessible::queryAccessibleInterface(allVisible("runRow").value(0));
+    ASSERT_NE(run, nullptr);
+    EXPECT_EQ(run->role(), QAccessible::ListItem);
+    EXPECT_TRUE(run->text(QAccessible::Name).startsWith(QStringLiteral("rate limited, 49 fetched, ")));
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(eventually([this] { return visible("runLog") == nullptr; }));
+    press(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_TRUE(eventually([this] { return visible("postReferenceInput") != nullptr; }));
+    expectNames(window().contentItem());
 }
 
 TEST_F(Accessibility, ARowTellsWhatItShows)

@@ -1,3 +1,4 @@
+#include "screens/InventedHistory.h"
 #include "screens/WindowBench.h"
 
 namespace mirel::testing {
@@ -109,6 +110,67 @@ TEST_P(Appearance, OfARefreshThatFailed)
     press(Qt::Key_F5);
     ASSERT_TRUE(eventually([this] { return visible("errorLine") != nullptr; }));
     check("failed-refresh");
+}
+
+TEST_P(Appearance, OfTheSyncHistory)
+{
+    fill(inventedPosts());
+    inventHistory(library);
+    open();
+    click(visible("syncState"));
+    ASSERT_TRUE(eventually([this] { return allVisible("runRow").size() >= 2; }));
+    check("history");
+    click(allVisible("runRow").value(1));
+    ASSERT_TRUE(eventually([this] { return visible("runReset") != nullptr; }));
+    check("history-run");
+}
+
+TEST_P(Appearance, OfTheSettings)
+{
+    fill(inventedPosts());
+    open();
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    ASSERT_TRUE(eventually([this] { return visible("connectX") != nullptr; }));
+    check("settings");
+    click(visible("showTokens"));
+    model->requestXOAuth({}, {}, {});
+    ASSERT_TRUE(eventually([this] {
+        return visible("saveTokens") && visible("errorLine", visible("settingsPage")->parentItem());
+    }));
+    check("settings-tokens");
+}
+
+TEST_P(Appearance, OfTheQuestionBeforeEverythingIsDeleted)
+{
+    fill(inventedPosts());
+    open();
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    ASSERT_TRUE(eventually([this] { return visible("deleteAllData") != nullptr; }));
+    visible("deleteAllData")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
+    ASSERT_TRUE(eventually([this] { return visible("confirm") != nullptr; }));
+    check("delete-question");
+}
+
+TEST_P(Appearance, OfTheBoxThatOpensAPost)
+{
+    fill(inventedPosts());
+    open();
+    press(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_TRUE(eventually([this] { return visible("postReferenceInput") != nullptr; }));
+    type("12");
+    press(Qt::Key_Return);
+    ASSERT_TRUE(eventually([this] { return visible("errorLine") != nullptr; }));
+    check("open-post");
+}
+
+TEST_P(Appearance, OfARateLimit)
+{
+    fill(inventedPosts());
+    inventHistory(library);
+    open();
+    ASSERT_NE(visible("rateLimitNotice"), nullptr);
+    check("rate-limit");
 }
 
 INSTANTIATE_TEST_SUITE_P(, Appearance,

@@ -49,6 +49,16 @@ TEST(Display, TellsHowLongAgoAPostWasWritten)
     }
     EXPECT_EQ(display.fullDate(at("2026-03-12T14:05:30")),
               QStringLiteral("Thursday, 12 March 2026 at 14:05"));
+    EXPECT_EQ(display.secondOfDay(at("2026-03-12T14:05:30")), QStringLiteral("14:05:30"));
+}
+
+TEST(Display, TellsATimeWithItsDayWhenThatIsNotToday)
+{
+    const Display display;
+    const QDateTime now = at("2026-03-12T14:05:30");
+    EXPECT_EQ(display.clockTime(at("2026-03-12T00:00:00"), now), QStringLiteral("00:00"));
+    EXPECT_EQ(display.clockTime(at("2026-03-12T23:59:59"), now), QStringLiteral("23:59"));
+    EXPECT_EQ(display.clockTime(at("2026-03-13T00:10:00"), now), QStringLiteral("13 Mar at 00:10"));
 }
 
 TEST(Display, ShowsTheBeginningOfAPostAsOneParagraph)

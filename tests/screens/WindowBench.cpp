@@ -1,5 +1,8 @@
 #include "screens/WindowBench.h"
 
+#include "model/BrowserAuthenticationSession.h"
+#include "x/RecordingTransport.h"
+
 namespace mirel::testing {
 
 namespace {
@@ -66,6 +69,7 @@ void WindowBench::fillWithNumberedPosts(int count)
 
 void WindowBench::makeModel(const std::optional<ScriptedX::Pages>& pages, bool isConnected)
 {
+    preferNoAutomaticSync();
     const auto servicesThread = std::make_shared<ServiceThread>(QStringLiteral("services"));
     MirelServices services;
     services.store = std::make_unique<Serial<LocalLibraryStore>>(
@@ -81,12 +85,34 @@ void WindowBench::makeModel(const std::optional<ScriptedX::Pages>& pages, bool i
                                        .userID = QStringLiteral("1")};
         return std::unique_ptr<CredentialVault>(std::make_unique<InMemoryCredentialVault>(credentials));
     });
+    services.transport = std::make_unique<Serial<HTTPTransport>>(servicesThread, [] {
+        return std::unique_ptr<HTTPTransport>(std::make_unique<RecordingTransport>());
+    });
+    services.oauth = std::make_unique<Serial<XOAuthService>>(servicesThread, [&] {
+        return std::make_unique<XOAuthService>(services.vault->unguarded(), services.transport->unguarded(),
+                                               QUrl(QStringLiteral("https://x.example/2")),
+                                               QUrl(QStringLiteral("https://x.example/authorize")));
+    });
+    services.makeWebAuthenticationSession = [this] {
+        return std::make_unique<BrowserAuthenticationSession>([this](const QUrl& page) {
+            openedPages.append(page);
+            return true;
+        });
+    };
     if (pages) {
         services.syncService = std::make_unique<Serial<MirelSyncService>>(servicesThread, [&] {
             return std::make_unique<MirelSyncService>(services.x->unguarded(), *services.store);
         });
     }
     model = std::make_unique<MirelAppModel>(std::move(services));
+}
+
+void WindowBench::preferNoAutomaticSync() const
+{
+    const auto store = library.open();
+    AppPreferences preferences = store->preferences();
+    preferences.automaticSync = false;
+    store->savePreferences(preferences);
 }
 
 void WindowBench::openWindow()

@@ -62,10 +62,15 @@ protected:
         return QTest::qWaitFor(condition, giveUpMilliseconds);
     }
 
+    // A sync begins when the test says so.
+    void preferNoAutomaticSync() const;
+
     TemporaryLibrary library;
     DesktopSettings desktop{DesktopSettings::Values{}};
     std::unique_ptr<MirelAppModel> model;
     std::unique_ptr<Screens> screens;
+    // What the browser was asked to show.
+    QList<QUrl> openedPages;
 };
 
 } // namespace mirel::testing

@@ -19,8 +19,8 @@ public:
         qint64 maxResults = 0;
     };
 
-    // Answers the n-th call (from 0) for bookmarks.
-    std::function<XBookmarkPage(int call)> answer;
+    // Answers the n-th call (from 0) for bookmarks. Until it is set, nothing is bookmarked.
+    std::function<XBookmarkPage(int call)> answer = [](int) { return XBookmarkPage{}; };
     // Unless told otherwise, there are no folders, every post is alone, and it has no counters.
     std::function<XPage<XBookmarkFolder>(std::optional<QString> token)> folders;
     std::function<XPage<QString>(QString folderID, std::optional<QString> token)> folderPosts;
