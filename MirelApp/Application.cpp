@@ -2,12 +2,15 @@
 
 #include "model/Demo.h"
 #include "support/BlockOn.h"
+#include "support/FileError.h"
 #include "support/MirelPaths.h"
+#include "support/WebURL.h"
 
 #include <QCommandLineParser>
 #include <QCoro/QCoroTimer>
 #include <QGuiApplication>
 #include <QSaveFile>
+#include <QThread>
 
 #include <cstdio>
 #include <cstring>
@@ -73,11 +76,68 @@ Application::Options readOptions()
         QStringLiteral("import-credentials-stdin"),
         QStringLiteral("As the first argument: reads credentials as JSON from standard input, and ends."));
     parser.addOptions({demo, screenshot, import});
+    parser.addPositionalArgument(QStringLiteral("link"),
+                                 QStringLiteral("A link to open, such as mirel://open/POST."),
+                                 QStringLiteral("[link]"));
     parser.process(*qApp);
+    const QStringList links = parser.positionalArguments();
     return {
         .isDemo = parser.isSet(demo),
         .screenshot = parser.isSet(screenshot) ? std::optional(parser.value(screenshot)) : std::nullopt,
+        .link = links.isEmpty() ? std::nullopt : std::optional(links.first()),
     };
+}
+
+// The demo and a picture keep to themselves.
+bool meetsOthers(const Application::Options& options)
+{
+    return !options.isDemo && !options.screenshot;
+}
+
+// What this start is for.
+HandedLink handedLink(const Application::Options& options)
+{
+    return {.url = options.link, .libraryPath = MirelPaths::databasePath()};
+}
+
+QString meetingPlace()
+{
+    return MirelPaths::runtimeDirectory(QProcessEnvironment::systemEnvironment());
+}
+
+// Whether a program that runs already does what this one was started for. Else `receiver` was made the one
+// that receives links, if that is possible.
+bool isDoneElsewhere(const HandedLink& link, const QString& directory, LinkReceiver& receiver)
+{
+    constexpr auto between = 20ms;
+    constexpr int longestWait = 10;
+    for (int wait = 0; wait < longestWait; ++wait) {
+        const Handing handing = handOver(link, directory);
+        if (handing != Handing::nobodyThere)
+            return handing == Handing::taken;
+        if (receiver.claim())
+            return false;
+        // Another one may be about to listen.
+        QThread::msleep(between.count());
+    }
+    return false;
+}
+
+// Runs the application, unless another one does what it was started for.
+int runOnce(const Application::Options& options)
+{
+    std::unique_ptr<LinkReceiver> receiver;
+    if (meetsOthers(options)) {
+        try {
+            const QString directory = meetingPlace();
+            receiver = std::make_unique<LinkReceiver>(directory);
+            if (isDoneElsewhere(handedLink(options), directory, *receiver))
+                return 0;
+        } catch (const FileError&) {
+            // Without a place to meet, each start has a window of its own, which tells of a missing library.
+        }
+    }
+    return Application(options, std::move(receiver)).run();
 }
 
 // Follows the sync in the demo; its failure is the screenshot's.
@@ -97,23 +157,26 @@ int Application::main(int argumentCount, char** arguments)
     QGuiApplication::setApplicationName(QStringLiteral("Mirel"));
     QGuiApplication::setApplicationVersion(QStringLiteral(MIREL_VERSION));
     try {
-        return Application(readOptions()).run();
+        return runOnce(readOptions());
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", qUtf8Printable(describe(error)));
         return 1;
     }
 }
 
-Application::Application(Options options)
+Application::Application(Options options, std::unique_ptr<LinkReceiver> receiver)
     : m_options(std::move(options))
     , m_desktop(m_options.screenshot ? std::make_unique<DesktopSettings>(DesktopSettings::Values{})
                                      : DesktopSettings::ofThisSystem())
     , m_model(MirelAppModel::live(m_options.isDemo ? Demo::liveOptions() : LiveOptions{}))
     , m_screens(std::make_unique<Screens>(
           *m_model, *m_desktop, MirelPaths::cacheDirectory(QProcessEnvironment::systemEnvironment())))
+    , m_links(std::move(receiver))
 {
     if (m_options.screenshot)
         return;
+    if (m_links)
+        m_links->receive([this](const HandedLink& handed) { return takeLink(handed); });
     m_settings = std::make_unique<QSettings>(QStringLiteral("Mirel"), QStringLiteral("Mirel"));
     m_placement = std::make_unique<WindowPlacement>(m_screens->window(), *m_settings);
 }
@@ -126,15 +189,31 @@ int Application::run()
     } else {
         work();
         QGuiApplication::exec();
+        // From here on a link needs another window.
+        m_links.reset();
     }
     m_screens->window().hide();
     blockOn(m_model->shutDown());
     return 0;
 }
 
+bool Application::takeLink(const HandedLink& handed)
+{
+    if (!handed.url && handed.libraryPath != handedLink(m_options).libraryPath)
+        return false;
+    m_screens->window().show();
+    m_screens->window().raise();
+    m_screens->window().requestActivate();
+    if (handed.url)
+        m_model->handleOpenURL(parseURL(*handed.url).value_or(QUrl()));
+    return true;
+}
+
 QCoro::Task<> Application::work()
 {
     co_await m_model->start();
+    if (m_options.link)
+        co_await m_model->handleOpenURL(parseURL(*m_options.link).value_or(QUrl()));
     if (m_options.isDemo)
         co_await m_model->syncNow({}, false);
 }

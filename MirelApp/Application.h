@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/LinkReceiver.h"
 #include "model/MirelAppModel.h"
 #include "screens/Screens.h"
 #include "screens/WindowPlacement.h"
@@ -18,13 +19,17 @@ public:
         bool isDemo = false;
         // Where to save a picture of the window before ending; absent: the program runs until it is closed.
         std::optional<QString> screenshot;
+        // What the system opens with Mirel.
+        std::optional<QString> link;
     };
 
-    // Runs the application. Returns its exit status; a failure is told on standard error in one sentence.
+    // Runs the application, unless one that runs already takes what it was started for. Returns its exit
+    // status; a failure is told on standard error in one sentence.
     static int main(int argumentCount, char** arguments);
 
-    // Opens the library and the window. Needs a QGuiApplication. Throws Error.
-    explicit Application(Options options);
+    // Opens the library and the window, which takes the links of `receiver`; null when it takes none. Needs a
+    // QGuiApplication. Throws Error.
+    explicit Application(Options options, std::unique_ptr<LinkReceiver> receiver = nullptr);
 
     // Runs until the window is closed or the picture is saved, then ends what is under way. Returns the exit
     // status. Throws Error.
@@ -33,6 +38,7 @@ public:
 private:
     QCoro::Task<> work();
     QCoro::Task<> takeScreenshot();
+    [[nodiscard]] bool takeLink(const HandedLink& handed);
 
     Options m_options;
     std::unique_ptr<DesktopSettings> m_desktop;
@@ -40,6 +46,7 @@ private:
     std::unique_ptr<Screens> m_screens;
     std::unique_ptr<QSettings> m_settings;
     std::unique_ptr<WindowPlacement> m_placement;
+    std::unique_ptr<LinkReceiver> m_links;
 };
 
 } // namespace mirel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mirelctl/AuthorsCommand.h"
+#include "mirelctl/ConnectionCommands.h"
 #include "mirelctl/FolderCommands.h"
 #include "mirelctl/HighlightCommands.h"
 #include "mirelctl/HistoryCommand.h"
@@ -42,7 +43,7 @@ using Command =
                  RuleListCommand, RuleCreateCommand, RulePreviewCommand, RuleRunCommand, RuleEnableCommand,
                  RuleDisableCommand, RuleDeleteCommand, HighlightAddCommand, HighlightListCommand,
                  HighlightDeleteCommand, AuthorsCommand, PreferencesGetCommand, PreferencesSetCommand,
-                 HelpCommand, VersionCommand>;
+                 ConnectCommand, DisconnectCommand, PurgeCommand, HelpCommand, VersionCommand>;
 
 // What the user asked for.
 struct CommandLine

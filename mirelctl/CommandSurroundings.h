@@ -3,6 +3,7 @@
 #include "support/Instant.h"
 
 #include <QByteArray>
+#include <QProcessEnvironment>
 #include <QString>
 
 #include <chrono>
@@ -22,6 +23,11 @@ struct CommandSurroundings
     std::function<void(const QByteArray&)> showProgress;
     // Takes a sentence for people who watch beside the output, on standard error.
     std::function<void(const QString&)> remark = [](const QString&) {};
+    // Takes what goes to standard output before the command has ended.
+    std::function<void(const QByteArray&)> print = [](const QByteArray&) {};
+    // The descriptor of standard input.
+    int input = 0;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     // Dates what the user makes.
     Clock now = Instant::now;
     // The library's file.

@@ -76,6 +76,17 @@ Preferences:
   preferences get [KEY]
   preferences set KEY VALUE [KEY VALUE]...
 
+The connection:
+  connect [OPTION]...
+                     connect an X account: print the page that asks the user,
+                     and wait for the address to which X then returns
+      --client-id ID         of the developer app (X_CLIENT_ID)
+      --client-secret-stdin  its secret is the first line of standard input
+                             (X_CLIENT_SECRET)
+      --redirect-uri URI     the address registered with X (mirel://oauth/x)
+  disconnect         remove all secrets from the keyring
+  purge --yes        delete the library, the secrets and the caches
+
 A BOOKMARK is an X post id or a post's address. A LABEL, FOLDER or RULE is its
 name, in capital or small letters, or "#" and its id. TEXT after list or authors
 keeps what holds it in its name. A RUN is the id of a sync. An EXPRESSION that

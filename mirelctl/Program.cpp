@@ -23,7 +23,10 @@ LiveOptions liveOptions(const CommandLine& commandLine)
 {
     if (commandLine.dataDirectory)
         qputenv("MIREL_LOCAL_DATA_DIR", commandLine.dataDirectory->toUtf8());
-    return commandLine.demo ? Demo::liveOptions() : LiveOptions();
+    LiveOptions options = commandLine.demo ? Demo::liveOptions() : LiveOptions();
+    // The command prints the page.
+    options.openPage = [](const QUrl&) { return true; };
+    return options;
 }
 
 // Returns whether the model came to rest soon.
@@ -54,6 +57,7 @@ CommandSurroundings surroundingsOf(const CommandLine& commandLine)
     surroundings.remark = [](const QString& sentence) {
         standardStreams::writeError(oneLine(sentence).toUtf8() + '\n');
     };
+    surroundings.print = standardStreams::writeOutput;
     if (standardStreams::isErrorTerminal())
         surroundings.showProgress = standardStreams::writeError;
     return surroundings;

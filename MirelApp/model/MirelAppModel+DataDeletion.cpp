@@ -3,8 +3,6 @@
 #include "model/RunningCommand.h"
 #include "support/FileManager.h"
 
-#include <QCoro/QCoroSignal>
-
 namespace mirel {
 
 QCoro::Task<> MirelAppModel::deleteAllData()
@@ -31,16 +29,6 @@ QCoro::Task<> MirelAppModel::deleteAllData()
     forgetLibrary();
     setStatusMessage(QStringLiteral("All local Mirel data and credentials were deleted."));
     co_await start();
-}
-
-// Ends a running sync and waits until it has.
-QCoro::Task<> MirelAppModel::finishSync()
-{
-    while (m_isSyncing) {
-        co_await endSyncEarly();
-        if (m_isSyncing)
-            co_await qCoro(this, &MirelAppModel::syncChanged);
-    }
 }
 
 // Takes off the screen what is no longer stored.

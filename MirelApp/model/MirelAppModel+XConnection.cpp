@@ -19,6 +19,11 @@ void requireConnectable(const QString& clientID, const QString& redirectURI)
         throw SettingsValidationError(SettingsValidationError::Case::invalidXRedirectURI);
 }
 
+QString stateIn(const QUrl& url)
+{
+    return QUrlQuery(url).queryItemValue(QStringLiteral("state"), QUrl::FullyDecoded);
+}
+
 } // namespace
 
 QCoro::Task<> MirelAppModel::beginXOAuth(QString clientID, QString clientSecret, QString redirectURI)
@@ -44,6 +49,7 @@ QCoro::Task<> MirelAppModel::beginXOAuth(QString clientID, QString clientSecret,
 
 void MirelAppModel::startXAuthentication(const PendingXAuthorization& pending)
 {
+    setXAuthentication(nullptr);
     auto session = m_services.makeWebAuthenticationSession();
     const bool isStarted =
         session->start(pending.authorizationURL, [this](const WebAuthenticationSession::Outcome& outcome) {
@@ -53,13 +59,13 @@ void MirelAppModel::startXAuthentication(const PendingXAuthorization& pending)
         abandonXAuthorization();
         throw SettingsValidationError(SettingsValidationError::Case::xAuthenticationSessionDidNotStart);
     }
-    setXAuthentication(std::move(session), pending.state);
+    setXAuthentication(std::move(session), pending.authorizationURL);
     setStatusMessage(QStringLiteral("Complete authorization in X; Mirel will handle the callback."));
 }
 
 void MirelAppModel::endXAuthentication(WebAuthenticationSession::Outcome outcome)
 {
-    setXAuthentication(nullptr, {});
+    setXAuthentication(nullptr);
     if (outcome.callbackURL) {
         handleOpenURL(*outcome.callbackURL);
         return;
@@ -83,11 +89,10 @@ void MirelAppModel::cancelXAuthorization()
 }
 
 // Replaces the sign-in that the browser shows. What it replaces ends in silence.
-void MirelAppModel::setXAuthentication(std::unique_ptr<WebAuthenticationSession> session,
-                                       const QString& state)
+void MirelAppModel::setXAuthentication(std::unique_ptr<WebAuthenticationSession> session, const QUrl& page)
 {
     m_xAuthenticationSession = std::move(session);
-    m_xAuthorizationState = state;
+    m_xAuthorizationURL = page;
     Q_EMIT isAuthorizingXChanged();
 }
 
@@ -96,7 +101,7 @@ QCoro::Task<> MirelAppModel::abandonXAuthorization()
 {
     m_xAuthorizationAttempt = QUuid();
     if (m_xAuthenticationSession)
-        setXAuthentication(nullptr, {});
+        setXAuthentication(nullptr);
     if (!m_services.oauth)
         co_return;
     const RunningCommand running(*this);
@@ -105,10 +110,9 @@ QCoro::Task<> MirelAppModel::abandonXAuthorization()
 
 QCoro::Task<> MirelAppModel::completeXAuthorization(QUrl callbackURL)
 {
-    const QString state = QUrlQuery(callbackURL).queryItemValue(QStringLiteral("state"), QUrl::FullyDecoded);
     // Another's callback leaves the browser's sign-in standing.
-    if (m_xAuthenticationSession && state == m_xAuthorizationState)
-        setXAuthentication(nullptr, {});
+    if (m_xAuthenticationSession && stateIn(callbackURL) == stateIn(m_xAuthorizationURL))
+        setXAuthentication(nullptr);
     try {
         const auto complete = [callbackURL](XOAuthService& oauth) { return oauth.complete(callbackURL); };
         const XUser user = co_await m_services.oauth->call(complete);

@@ -2,7 +2,7 @@
 
 #include "model/RunningCommand.h"
 
-#include <QCoro/QCoroSignal>
+#include <QCoro/QCoroTimer>
 
 #include <chrono>
 
@@ -62,7 +62,17 @@ QCoro::Task<> MirelAppModel::shutDown()
         if (round >= roundsForKeyring)
             co_await endVaultCalls();
         if (m_runningCommands > 0)
-            co_await qCoro(this, &MirelAppModel::becameIdle, pauseBetweenRounds);
+            co_await QCoro::sleepFor(pauseBetweenRounds);
+    }
+}
+
+// Ends a running sync and returns when it has ended.
+QCoro::Task<> MirelAppModel::finishSync()
+{
+    while (m_isSyncing) {
+        co_await endSyncEarly();
+        if (m_isSyncing)
+            co_await QCoro::sleepFor(pauseBetweenRounds);
     }
 }
 

@@ -95,6 +95,8 @@ class MirelAppModel : public QObject
     Q_PROPERTY(bool xConfigured READ xConfigured NOTIFY xConfiguredChanged)
     // The browser shows X's sign-in, and has not returned.
     Q_PROPERTY(bool isAuthorizingX READ isAuthorizingX NOTIFY isAuthorizingXChanged)
+    // The page of that sign-in, else empty.
+    Q_PROPERTY(QUrl xAuthorizationURL READ xAuthorizationURL NOTIFY isAuthorizingXChanged)
     // The addresses to which X may return, of which one is registered with X.
     Q_PROPERTY(QStringList xRedirectURIs READ xRedirectURIs CONSTANT)
     // A long command runs, and those like it have to wait.
@@ -296,6 +298,7 @@ public:
     [[nodiscard]] const QList<SyncLogEntry>& syncLogEntries() const { return m_syncLogEntries; }
     [[nodiscard]] bool xConfigured() const { return m_xConfigured; }
     [[nodiscard]] bool isAuthorizingX() const { return m_xAuthenticationSession != nullptr; }
+    [[nodiscard]] const QUrl& xAuthorizationURL() const { return m_xAuthorizationURL; }
     [[nodiscard]] static QStringList xRedirectURIs() { return XOAuthService::supportedRedirectURIs; }
     [[nodiscard]] bool isWorking() const { return m_isWorking; }
     [[nodiscard]] const std::optional<QString>& statusMessage() const { return m_statusMessage; }
@@ -319,7 +322,6 @@ Q_SIGNALS:
     void isAuthorizingXChanged();
     void isWorkingChanged();
     void messagesChanged();
-    void becameIdle();
 
 private:
     class RunningCommand;
@@ -368,7 +370,7 @@ private:
     QCoro::Task<> saveXUsername(QString username);
     void startXAuthentication(const PendingXAuthorization& pending);
     void endXAuthentication(WebAuthenticationSession::Outcome outcome);
-    void setXAuthentication(std::unique_ptr<WebAuthenticationSession> session, const QString& state);
+    void setXAuthentication(std::unique_ptr<WebAuthenticationSession> session, const QUrl& page = {});
     QCoro::Task<> abandonXAuthorization();
     QCoro::Task<> completeXAuthorization(QUrl callbackURL);
     QCoro::Task<> finishSync();
@@ -443,9 +445,9 @@ private:
     QList<SyncLogEntry> m_syncLogEntries;
     bool m_xConfigured = false;
     bool m_isWorking = false;
-    // Present while the browser shows the sign-in whose state is `m_xAuthorizationState`.
+    // Present while the browser shows `m_xAuthorizationURL`.
     std::unique_ptr<WebAuthenticationSession> m_xAuthenticationSession;
-    QString m_xAuthorizationState;
+    QUrl m_xAuthorizationURL;
     // The attempt that began last; null when it was given up.
     QUuid m_xAuthorizationAttempt;
     std::optional<QString> m_statusMessage;

@@ -13,11 +13,7 @@ public:
     {
         ++m_model.m_runningCommands;
     }
-    ~RunningCommand()
-    {
-        if (--m_model.m_runningCommands == 0)
-            Q_EMIT m_model.becameIdle();
-    }
+    ~RunningCommand() { --m_model.m_runningCommands; }
     Q_DISABLE_COPY_MOVE(RunningCommand)
 
 private:

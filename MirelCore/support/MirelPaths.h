@@ -24,6 +24,10 @@ struct MirelPaths
 
     // "Mirel" in the user's caches directory, or in the temporary one when there is none. Creates nothing.
     [[nodiscard]] static QString cacheDirectory(const QProcessEnvironment& environment);
+
+    // Where the programs of one user meet: the user's runtime directory, or, when there is none, "Mirel" in
+    // the application support directory, which is then created. Throws FileError.
+    [[nodiscard]] static QString runtimeDirectory(const QProcessEnvironment& environment);
 };
 
 } // namespace mirel

@@ -243,6 +243,10 @@ QCoro::Task<XCredentials> XAPIClient::refresh(XCredentials credentials)
         throw XAPIError::reconnectRequired();
     const QByteArray body = co_await send(refreshRequest(credentials));
     const auto tokens = decodeResponse<TokenResponse>(body);
+    // What the user removed meanwhile does not come back.
+    const auto stillStored = co_await m_credentials.loadXCredentials();
+    if (!stillStored)
+        throw XAPIError::credentialsMissing();
     credentials.accessToken = tokens.accessToken;
     if (tokens.refreshToken)
         credentials.refreshToken = tokens.refreshToken;

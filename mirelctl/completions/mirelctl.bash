@@ -16,6 +16,8 @@ _mirelctl_options() {
     case $1 in
     sync) printf -- '--full' ;;
     history) printf -- '--limit' ;;
+    connect) printf -- '--client-id --client-secret-stdin --redirect-uri' ;;
+    purge) printf -- '--yes' ;;
     list) printf -- '--filter --sort --limit --offset' ;;
     show) printf -- '--presentation' ;;
     delete) printf -- '--keep-on-x' ;;
@@ -49,7 +51,7 @@ _mirelctl_command() {
 
 _mirelctl() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} candidates command
-    local commands='status sync history list show open thread metrics delete search count label folder rule highlight authors preferences'
+    local commands='status sync history list show open thread metrics delete search count label folder rule highlight authors preferences connect disconnect purge'
     # bash makes "=" a word of its own.
     if [[ $current == '=' ]]; then
         current=
@@ -64,7 +66,8 @@ _mirelctl() {
         ;;
     --filter) candidates='all inbox read favorites archive' ;;
     --sort) candidates='newest oldest author' ;;
-    --limit | --offset | --help | --version | --color | --into | --name | --description | --parent) candidates= ;;
+    --redirect-uri) candidates='mirel://oauth/x' ;;
+    --client-id | --limit | --offset | --help | --version | --color | --into | --name | --description | --parent) candidates= ;;
     --query | --label | --folder | --context | --start | --end) candidates= ;;
     *)
         command=$(_mirelctl_command "$commands")

@@ -1,6 +1,6 @@
 # Completion of mirelctl for fish.
 
-set --local commands status sync history list show open thread metrics delete search count label folder rule highlight authors preferences
+set --local commands status sync history list show open thread metrics delete search count label folder rule highlight authors preferences connect disconnect purge
 
 complete -c mirelctl -f
 complete -c mirelctl -l data-dir -x -a '(__fish_complete_directories)' -d 'Directory of the library'
@@ -26,6 +26,9 @@ complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a rule -d '
 complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a highlight -d 'Marked texts'
 complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a authors -d 'List authors'
 complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a preferences -d 'The settings'
+complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a connect -d 'Connect an X account'
+complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a disconnect -d 'Remove all secrets from the keyring'
+complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a purge -d 'Delete the library and all secrets'
 
 # Whether the command line holds the command of the two words given.
 function __mirelctl_command --argument-names group action
@@ -48,6 +51,10 @@ end
 complete -c mirelctl -n '__fish_seen_subcommand_from sync' -l full -d 'Read all bookmarks, not only the new ones'
 complete -c mirelctl -n '__fish_seen_subcommand_from history' -l limit -x -d 'At most so many'
 complete -c mirelctl -n "__fish_seen_subcommand_from delete; and not __fish_seen_subcommand_from label folder rule highlight" -l keep-on-x -d 'Not on X'
+complete -c mirelctl -n '__fish_seen_subcommand_from connect' -l client-id -x -d 'Of the developer app'
+complete -c mirelctl -n '__fish_seen_subcommand_from connect' -l client-secret-stdin -d 'The secret is the first line of standard input'
+complete -c mirelctl -n '__fish_seen_subcommand_from connect' -l redirect-uri -x -a 'mirel://oauth/x' -d 'The address registered with X'
+complete -c mirelctl -n '__fish_seen_subcommand_from purge' -l yes -d 'It is meant'
 complete -c mirelctl -n '__fish_seen_subcommand_from show' -l presentation -d 'What its reader shows, as JSON'
 
 # "label list" and the like are other commands than "list".

@@ -34,6 +34,26 @@ SimulatorProcess::~SimulatorProcess()
     }
 }
 
+QString SimulatorProcess::authorizeURL() const
+{
+    QUrl url(m_apiURL);
+    url.setPath(QStringLiteral("/i/oauth2/authorize"));
+    return url.toString();
+}
+
+QString SimulatorProcess::callbackOf(const QString& page) const
+{
+    QNetworkAccessManager browser;
+    browser.setProxy(QNetworkProxy::NoProxy);
+    QNetworkRequest request{QUrl(page, QUrl::StrictMode)};
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    QNetworkReply* const reply = browser.get(request);
+    QEventLoop loop;
+    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    loop.exec();
+    return QString::fromLatin1(reply->rawHeader("location"));
+}
+
 void SimulatorProcess::setScenario(const QByteArray& json) const
 {
     control("POST", QStringLiteral("/simulator/scenario"), json);

@@ -18,6 +18,10 @@ public:
 
     // The root of the X API that it plays.
     [[nodiscard]] const QString& apiURL() const { return m_apiURL; }
+    // The page that asks the user.
+    [[nodiscard]] QString authorizeURL() const;
+    // Where the page sends the browser, which agrees at once.
+    [[nodiscard]] QString callbackOf(const QString& page) const;
 
     // Replaces what goes wrong; the default is nothing.
     void setScenario(const QByteArray& json = "{}") const;

@@ -2,7 +2,7 @@
 source "$(dirname -- "${BASH_SOURCE[0]}")/testing.sh"
 source "$project/mirelctl/completions/mirelctl.bash"
 
-commands='status sync history list show open thread metrics delete search count label folder rule highlight authors preferences'
+commands='status sync history list show open thread metrics delete search count label folder rule highlight authors preferences connect disconnect purge'
 common='--data-dir --json --demo --help --version'
 
 # What bash offers after the words given, of which the last one is being typed.
@@ -38,6 +38,10 @@ test_offers_the_options_of_the_command_that_stands_there() {
     expect_equal "$(offered_after count --f)" '--filter'
     expect_equal "$(offered_after open --)" "$common"
     expect_equal "$(offered_after authors --)" "$common"
+    expect_equal "$(offered_after connect --c)" '--client-id --client-secret-stdin'
+    expect_equal "$(offered_after connect --redirect-uri '')" 'mirel://oauth/x'
+    expect_equal "$(offered_after disconnect --y)" ''
+    expect_equal "$(offered_after purge --y)" '--yes'
 }
 
 test_offers_the_second_words_of_commands() {
@@ -108,8 +112,9 @@ options_in() {
 
 test_knows_the_same_options_in_every_shell() {
     local expected
-    expected=$(printf '%s\n' color context data-dir demo description disabled end filter folder full help ids into \
-        json keep-on-x label limit name no-description no-parent offset parent presentation query sort start version why)
+    expected=$(printf '%s\n' client-id client-secret-stdin color context data-dir demo description disabled end filter folder \
+        full help ids into json keep-on-x label limit name no-description no-parent offset parent presentation query \
+        redirect-uri sort start version why yes)
     expect_equal "$(options_in mirelctl.bash --)" "$expected"
     expect_equal "$(options_in _mirelctl --)" "$expected"
     expect_equal "$(options_in mirelctl.fish '-l ')" "$expected"

@@ -1,5 +1,6 @@
 #include "support/platform/UserDirectories.h"
 
+#include <QDir>
 #include <QStandardPaths>
 
 namespace mirel {
@@ -12,6 +13,12 @@ QString userApplicationSupportDirectory(const QProcessEnvironment&)
 QString userCachesDirectory(const QProcessEnvironment&)
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+}
+
+// Each user has a temporary directory that is closed to others.
+QString userRuntimeDirectory(const QProcessEnvironment&)
+{
+    return QDir::tempPath();
 }
 
 } // namespace mirel
