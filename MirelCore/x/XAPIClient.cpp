@@ -237,15 +237,25 @@ QCoro::Task<XCredentials> XAPIClient::authorizedCredentials()
     co_return credentials;
 }
 
+// The user removed them meanwhile, or connected another account: they are not to come back.
+QCoro::Task<bool> XAPIClient::haveGone(XCredentials credentials)
+{
+    try {
+        const auto stored = co_await m_credentials.loadXCredentials();
+        co_return !stored || stored->userID != credentials.userID;
+    } catch (const Error&) {
+        // A vault that cannot be read just now may still take the new token, which would be lost otherwise.
+        co_return false;
+    }
+}
+
 QCoro::Task<XCredentials> XAPIClient::refresh(XCredentials credentials)
 {
     if (!credentials.refreshToken || credentials.refreshToken->isEmpty())
         throw XAPIError::reconnectRequired();
     const QByteArray body = co_await send(refreshRequest(credentials));
     const auto tokens = decodeResponse<TokenResponse>(body);
-    // What the user removed meanwhile does not come back.
-    const auto stillStored = co_await m_credentials.loadXCredentials();
-    if (!stillStored)
+    if (co_await haveGone(credentials))
         throw XAPIError::credentialsMissing();
     credentials.accessToken = tokens.accessToken;
     if (tokens.refreshToken)

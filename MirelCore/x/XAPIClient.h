@@ -44,6 +44,7 @@ public:
 private:
     QCoro::Task<XCredentials> authorizedCredentials();
     QCoro::Task<XCredentials> refresh(XCredentials credentials);
+    QCoro::Task<bool> haveGone(XCredentials credentials);
     QCoro::Task<QByteArray> get(QByteArray path, QList<FormField> query, QString accessToken);
     // The body of a successful answer.
     QCoro::Task<QByteArray> send(HTTPRequest request);

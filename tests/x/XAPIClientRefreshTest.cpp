@@ -173,19 +173,74 @@ TEST_F(XAPIClientRefresh, PassesAFailureToSaveOnWithoutUsingTheNewToken)
     EXPECT_EQ(transport.requests().size(), 1);
 }
 
-TEST_F(XAPIClientRefresh, DoesNotBringBackWhatWasRemovedMeanwhile)
+class LateXAPIClientRefresh : public XAPIClientTest
+{
+protected:
+    HeldTransport network;
+    XAPIClient late{vault, network, QUrl(QStringLiteral("https://api.example/2")),
+                    [] { return Instant::fromSecondsSince1970(nowSeconds); }};
+};
+
+TEST_F(LateXAPIClientRefresh, DoesNotBringBackWhatWasRemovedMeanwhile)
 {
     store(expiringIn(0));
-    HeldTransport network;
-    XAPIClient other(vault, network, QUrl(QStringLiteral("https://api.example/2")),
-                     [] { return Instant::fromSecondsSince1970(nowSeconds); });
-    auto asking = other.currentUser();
+    auto asking = late.currentUser();
     ASSERT_EQ(network.count(), 1);
     blockOn(vault.clearAll());
     network.answer(0, 200, R"({"access_token":"new"})");
     EXPECT_EQ(failure(std::move(asking)), XAPIError::credentialsMissing());
     EXPECT_EQ(blockOn(vault.loadXCredentials()), std::nullopt);
     EXPECT_EQ(network.count(), 1);
+}
+
+TEST_F(LateXAPIClientRefresh, DoesNotReplaceAnotherAccountThatWasConnectedMeanwhile)
+{
+    store(expiringIn(0));
+    auto asking = late.currentUser();
+    ASSERT_EQ(network.count(), 1);
+    XCredentials another = standardCredentials();
+    another.userID = QStringLiteral("another");
+    store(another);
+    network.answer(0, 200, R"({"access_token":"new"})");
+    EXPECT_EQ(failure(std::move(asking)), XAPIError::credentialsMissing());
+    EXPECT_EQ(stored(), another);
+}
+
+// Can be read once.
+class VaultThatGetsUnreadable : public InMemoryCredentialVault
+{
+public:
+    using InMemoryCredentialVault::InMemoryCredentialVault;
+
+    QCoro::Task<std::optional<XCredentials>> loadXCredentials() override
+    {
+        if (m_reads++ > 0)
+            throw VaultLocked();
+        return InMemoryCredentialVault::loadXCredentials();
+    }
+
+    QCoro::Task<> saveXCredentials(XCredentials credentials) override
+    {
+        saved = credentials;
+        co_return;
+    }
+
+    std::optional<XCredentials> saved;
+
+private:
+    int m_reads = 0;
+};
+
+TEST_F(XAPIClientRefresh, SavesTheNewTokenAlsoWhenTheVaultCannotBeReadAnyMore)
+{
+    VaultThatGetsUnreadable unreadable(expiringIn(0));
+    XAPIClient other(unreadable, transport, QUrl(QStringLiteral("https://api.example/2")),
+                     [] { return Instant::fromSecondsSince1970(nowSeconds); });
+    transport.answer(200, R"({"access_token":"new"})");
+    transport.answer(200, userAnswer);
+    static_cast<void>(blockOn(other.currentUser()));
+    ASSERT_TRUE(unreadable.saved);
+    EXPECT_EQ(unreadable.saved->accessToken, QStringLiteral("new"));
 }
 
 } // namespace
