@@ -71,6 +71,7 @@ private:
     [[nodiscard]] static QVariant value(const Bookmark& bookmark, int role);
     [[nodiscard]] static QHash<int, QByteArray> names();
     void removeMissing(const QList<Bookmark>& bookmarks);
+    void insertBookmarks(int row, const QList<Bookmark>& bookmarks);
     void place(int row, const Bookmark& bookmark);
 
     QList<Bookmark> m_bookmarks;

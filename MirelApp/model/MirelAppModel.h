@@ -48,6 +48,7 @@ struct LiveOptions
     std::function<std::unique_ptr<CredentialVault>()> makeVault;
     // Shows the page of a sign-in, and returns whether it could. Empty: the user's browser does.
     std::function<bool(const QUrl&)> openPage;
+    SearchPreparation searchPreparation = SearchPreparation::onDemand;
 };
 
 // The application without its screens: the state that they show and the commands that they call. Lives on
