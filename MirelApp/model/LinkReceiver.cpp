@@ -83,8 +83,8 @@ bool LinkReceiver::isTaken(const QByteArray& message) const
 {
     try {
         return m_take(decodeJSON<HandedLink>(message.chopped(1)));
-    } catch (const JSONCodingError&) {
-        // Some other program that found the socket.
+    } catch (const Error&) {
+        // The message of some other program that found the socket, or a link that is of no use here.
         return false;
     }
 }

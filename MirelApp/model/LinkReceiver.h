@@ -16,7 +16,7 @@ namespace mirel {
 class LinkReceiver
 {
 public:
-    // Returns whether the program takes the link; else whoever hands it keeps it.
+    // Returns whether the program takes the link; else, or when it throws Error, whoever hands it keeps it.
     using Take = std::function<bool(const HandedLink&)>;
 
     // Longer ones, those that are no HandedLink, and those that do not end in time are dropped.

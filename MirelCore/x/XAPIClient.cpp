@@ -84,12 +84,13 @@ QString failureMessage(const QByteArray& body)
     return xRequests::failureText(body);
 }
 
-XAPIError responseError(const HTTPResponse& response)
+XAPIError responseError(const HTTPResponse& response, const QStringList& secrets)
 {
     constexpr int tooManyRequests = 429;
     if (response.status == tooManyRequests)
         return XAPIError::rateLimited(resetInstant(response));
-    return XAPIError::http(response.status, failureMessage(response.body));
+    const QString message = failureMessage(response.body);
+    return XAPIError::http(response.status, xRequests::withoutSecrets(message, secrets));
 }
 
 template <typename Element>
@@ -281,9 +282,10 @@ QCoro::Task<QByteArray> XAPIClient::get(QByteArray path, QList<FormField> query,
 
 QCoro::Task<QByteArray> XAPIClient::send(HTTPRequest request)
 {
+    const QStringList secrets = xRequests::secretsIn(request);
     const HTTPResponse response = co_await m_transport.data(std::move(request));
     if (!response.isSuccess())
-        throw responseError(response);
+        throw responseError(response, secrets);
     co_return response.body;
 }
 

@@ -75,17 +75,6 @@ QString failureMessage(const QByteArray& body)
     return xRequests::failureText(body);
 }
 
-// An answer may quote what it was asked with. What is shorter than any secret of X may be a plain word.
-QString withoutSecrets(QString message, const QStringList& secrets)
-{
-    constexpr qsizetype shortestSecret = 8;
-    for (const QString& secret : secrets) {
-        if (secret.size() >= shortestSecret)
-            message.replace(secret, QStringLiteral("[hidden]"));
-    }
-    return message;
-}
-
 } // namespace
 
 const QString XOAuthService::nativeRedirectURI = QStringLiteral("mirel://oauth/x");
@@ -177,26 +166,24 @@ QCoro::Task<TokenResponse> XOAuthService::exchange(QString code, Attempt attempt
                            {QStringLiteral("redirect_uri"), attempt->redirectURI},
                            {QStringLiteral("code_verifier"), attempt->verifier}});
     exchanging.headers.append(HTTPHeader("Accept", "application/json"));
-    const QByteArray authorization = exchanging.header("Authorization").value_or(QByteArray());
-    const QStringList secrets{code, attempt->verifier, attempt->clientSecret.value_or(QString()),
-                              QString::fromLatin1(authorization.mid(authorization.indexOf(' ') + 1))};
-    const QByteArray body = co_await send(std::move(exchanging), secrets);
+    const QByteArray body = co_await send(std::move(exchanging));
     co_return decodeResponse<TokenResponse>(body);
 }
 
 QCoro::Task<XUser> XOAuthService::resolveUser(QString accessToken)
 {
     HTTPRequest asking = xRequests::currentUser(m_apiBaseURL, accessToken);
-    const QStringList secrets{accessToken};
-    const QByteArray body = co_await send(std::move(asking), secrets);
+    const QByteArray body = co_await send(std::move(asking));
     co_return decodeResponse<CurrentUserResponse>(body).data;
 }
 
-QCoro::Task<QByteArray> XOAuthService::send(HTTPRequest request, QStringList secrets)
+QCoro::Task<QByteArray> XOAuthService::send(HTTPRequest request)
 {
+    const QStringList secrets = xRequests::secretsIn(request);
     const HTTPResponse response = co_await m_transport.data(std::move(request));
     if (!response.isSuccess())
-        throw XOAuthError::http(response.status, withoutSecrets(failureMessage(response.body), secrets));
+        throw XOAuthError::http(response.status,
+                                xRequests::withoutSecrets(failureMessage(response.body), secrets));
     co_return response.body;
 }
 

@@ -67,8 +67,8 @@ private:
     [[nodiscard]] QUrl authorizationURL(const Pending& attempt) const;
     QCoro::Task<TokenResponse> exchange(QString code, Attempt attempt);
     QCoro::Task<XUser> resolveUser(QString accessToken);
-    // The body of a successful answer. No failure quotes one of the `secrets`.
-    QCoro::Task<QByteArray> send(HTTPRequest request, QStringList secrets);
+    // The body of a successful answer. No failure quotes a secret of the request.
+    QCoro::Task<QByteArray> send(HTTPRequest request);
     // Throws unless `attempt` is the one in flight.
     void requireInFlight(const Attempt& attempt) const;
     [[nodiscard]] XCredentials credentials(const Pending& attempt, const TokenResponse& tokens,

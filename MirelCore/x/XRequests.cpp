@@ -1,6 +1,7 @@
 #include "x/XRequests.h"
 
 #include <QStringDecoder>
+#include <QUrlQuery>
 
 namespace mirel::xRequests {
 
@@ -56,6 +57,31 @@ Instant expiry(const TokenResponse& tokens, Instant now)
 {
     constexpr qint64 defaultLifetimeSeconds = 7200;
     return now.addingSeconds(static_cast<double>(tokens.expiresIn.value_or(defaultLifetimeSeconds)));
+}
+
+QStringList secretsIn(const HTTPRequest& request)
+{
+    QStringList secrets;
+    const QByteArray authorization = request.header("Authorization").value_or(QByteArray());
+    const QByteArray credentials = authorization.mid(authorization.indexOf(' ') + 1);
+    secrets.append(QString::fromUtf8(credentials));
+    if (authorization.startsWith("Basic "))
+        secrets.append(QString::fromUtf8(QByteArray::fromBase64(credentials)).section(u':', 1));
+    const QUrlQuery form(QString::fromUtf8(request.body));
+    for (const char* const field : {"code", "code_verifier", "refresh_token"})
+        secrets.append(form.queryItemValue(QString::fromLatin1(field), QUrl::FullyDecoded));
+    return secrets;
+}
+
+// An answer may quote what it was asked with. What is shorter than any secret of X may be a plain word.
+QString withoutSecrets(QString message, const QStringList& secrets)
+{
+    constexpr qsizetype shortestSecret = 8;
+    for (const QString& secret : secrets) {
+        if (secret.size() >= shortestSecret)
+            message.replace(secret, QStringLiteral("[hidden]"));
+    }
+    return message;
 }
 
 QString failureText(const QByteArray& body)

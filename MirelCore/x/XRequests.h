@@ -26,6 +26,12 @@ namespace mirel::xRequests {
 // When the access token of `tokens` expires that came at `now`: after two hours when X does not tell.
 [[nodiscard]] Instant expiry(const TokenResponse& tokens, Instant now);
 
+// The tokens, codes and client's secret that a request carries.
+[[nodiscard]] QStringList secretsIn(const HTTPRequest& request);
+
+// `message` without what it quotes of `secrets`.
+[[nodiscard]] QString withoutSecrets(QString message, const QStringList& secrets);
+
 // The body of a failed answer as text, or "Request failed" when it is not UTF-8.
 [[nodiscard]] QString failureText(const QByteArray& body);
 

@@ -173,6 +173,22 @@ TEST_F(XAPIClientRefresh, PassesAFailureToSaveOnWithoutUsingTheNewToken)
     EXPECT_EQ(transport.requests().size(), 1);
 }
 
+TEST_F(XAPIClientRefresh, TellsNoSecretThatXQuotes)
+{
+    XCredentials credentials = expiringIn(0);
+    credentials.clientSecret = QStringLiteral("planted-client-secret");
+    credentials.refreshToken = QStringLiteral("planted+refresh/token");
+    store(credentials);
+    transport.answer(400, R"({"detail":"planted-client-secret, planted+refresh/token and the rest"})");
+    EXPECT_EQ(failure(client.currentUser()),
+              XAPIError::http(400, QStringLiteral("[hidden], [hidden] and the rest")));
+    credentials.accessToken = QStringLiteral("planted-access-token");
+    credentials.expiresAt.reset();
+    store(credentials);
+    transport.answer(403, "no planted-access-token here");
+    EXPECT_EQ(failure(client.currentUser()), XAPIError::http(403, QStringLiteral("no [hidden] here")));
+}
+
 class LateXAPIClientRefresh : public XAPIClientTest
 {
 protected:
