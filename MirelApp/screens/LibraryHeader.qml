@@ -73,6 +73,7 @@ RowLayout {
     }
 
     SortPicker {
+        isCompact: !header.isRoomy
         enabled: header.appModel.hasLibrary
         sort: header.appModel.librarySort
         onSortRequested: sort => header.appModel.requestSort(sort)
