@@ -33,8 +33,6 @@ PushButton {
     symbolFollowsText: true
     text: isCompact ? "" : orderText
     tip: isCompact ? "Order of the list: " + orderText : "Order of the list"
-    leftPadding: isCompact ? Measures.small : Measures.medium
-    rightPadding: leftPadding
     Accessible.name: "Order of the list: " + orderText
     Accessible.role: Accessible.ButtonMenu
     onClicked: menu.popup(picker, picker.width - menu.width, picker.height + Measures.tiny)
