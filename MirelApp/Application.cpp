@@ -9,6 +9,7 @@
 #include <QCommandLineParser>
 #include <QCoro/QCoroTimer>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QSaveFile>
 #include <QThread>
 
@@ -147,6 +148,13 @@ void requireSuccess(const MirelAppModel& model)
         throw ScreenshotError(*model.lastError());
 }
 
+LiveOptions liveOptions(const Application::Options& options)
+{
+    LiveOptions live = options.isDemo ? Demo::liveOptions() : LiveOptions();
+    live.searchPreparation = SearchPreparation::whileOpening;
+    return live;
+}
+
 } // namespace
 
 int Application::main(int argumentCount, char** arguments)
@@ -156,6 +164,8 @@ int Application::main(int argumentCount, char** arguments)
     QGuiApplication qtApplication(argumentCount, arguments);
     QGuiApplication::setApplicationName(QStringLiteral("Mirel"));
     QGuiApplication::setApplicationVersion(QStringLiteral(MIREL_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.mirel.mirel"));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/io.mirel.mirel.svg")));
     try {
         return runOnce(readOptions());
     } catch (const std::exception& error) {
@@ -168,7 +178,7 @@ Application::Application(Options options, std::unique_ptr<LinkReceiver> receiver
     : m_options(std::move(options))
     , m_desktop(m_options.screenshot ? std::make_unique<DesktopSettings>(DesktopSettings::Values{})
                                      : DesktopSettings::ofThisSystem())
-    , m_model(MirelAppModel::live(m_options.isDemo ? Demo::liveOptions() : LiveOptions{}))
+    , m_model(MirelAppModel::live(liveOptions(m_options)))
     , m_screens(std::make_unique<Screens>(
           *m_model, *m_desktop, MirelPaths::cacheDirectory(QProcessEnvironment::systemEnvironment())))
     , m_syncChecks(*m_model, m_pause)

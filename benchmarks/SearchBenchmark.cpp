@@ -105,9 +105,10 @@ QList<Search> searches()
 class SearchMeasurement
 {
 public:
-    SearchMeasurement(QString path, int runs)
+    SearchMeasurement(QString path, int runs, SearchPreparation preparation)
         : m_path(std::move(path))
         , m_runs(runs)
+        , m_preparation(preparation)
     {
     }
 
@@ -154,14 +155,14 @@ public:
         const Search search{"", query("kamor type:article")};
         find(search);
         const qint64 id = m_store->allBookmarkIDs(LibraryFilter::all, LibrarySort::newest).first();
-        const qint64 label = m_store->tags().first().id;
+        const Tag label = m_store->tags().first();
         bool state = false;
         const auto again = [&] { find(search); };
         print(
             "a search after a label was put on or off",
             [&] {
                 state = !state;
-                state ? m_store->addTag(label, id) : m_store->removeTag(label, id);
+                state ? m_store->addTag(label.id, id) : m_store->removeTag(label.id, id);
             },
             again);
         print(
@@ -179,10 +180,11 @@ public:
             "a search after a label was renamed",
             [&] {
                 state = !state;
-                m_store->renameTag(label, state ? QStringLiteral("Renamed") : QStringLiteral("Named"),
-                                   QStringLiteral("#3E6BF5"));
+                const QString name = state ? label.name + QStringLiteral(" renamed") : label.name;
+                m_store->renameTag(label.id, name, label.colorHex);
             },
             again);
+        m_store->renameTag(label.id, label.name, label.colorHex);
     }
 
     void printMemory()
@@ -198,7 +200,11 @@ private:
     double open()
     {
         m_store.reset();
-        return timeOf([this] { m_store = std::make_unique<LocalLibraryStore>(m_path); }).count() * 1e3;
+        const auto openAnew = [this] {
+            m_store = std::make_unique<LocalLibraryStore>(m_path, Instant::now, FileManager::standard(),
+                                                          m_preparation);
+        };
+        return timeOf(openAnew).count() * 1e3;
     }
 
     qint64 find(const Search& search)
@@ -245,16 +251,17 @@ private:
 
     QString m_path;
     int m_runs;
+    SearchPreparation m_preparation;
     std::unique_ptr<LocalLibraryStore> m_store;
 };
 
-void run(const QString& directory, int runs)
+void run(const QString& directory, int runs, SearchPreparation preparation)
 {
     const QString path = libraryIn(directory);
     if (!QFile::exists(path))
         throw std::runtime_error("There is no library in that directory.");
     prepare(path);
-    SearchMeasurement measurement(path, runs);
+    SearchMeasurement measurement(path, runs, preparation);
     measurement.compareFirstAndWarm();
     measurement.measureListings();
     measurement.measureAfterChanges();
@@ -275,12 +282,18 @@ int main(int argumentCount, char** arguments)
     const QCommandLineOption runs(QStringLiteral("runs"), QStringLiteral("Runs of each measurement."),
                                   QStringLiteral("N"), QStringLiteral("5"));
     parser.addOption(runs);
+    const QCommandLineOption onDemand(
+        QStringLiteral("on-demand"),
+        QStringLiteral("Open the library without preparing searches, as the window does not."));
+    parser.addOption(onDemand);
     parser.addPositionalArgument(QStringLiteral("DIRECTORY"), QStringLiteral("The data directory."));
     parser.process(application);
     if (parser.positionalArguments().size() != 1)
         parser.showHelp(EXIT_FAILURE);
     try {
-        mirel::run(parser.positionalArguments().first(), std::max(1, parser.value(runs).toInt()));
+        mirel::run(parser.positionalArguments().first(), std::max(1, parser.value(runs).toInt()),
+                   parser.isSet(onDemand) ? mirel::SearchPreparation::onDemand
+                                          : mirel::SearchPreparation::whileOpening);
         return EXIT_SUCCESS;
     } catch (...) {
         std::fprintf(stderr, "search-benchmark: %s\n", qPrintable(mirel::describe(std::current_exception())));

@@ -76,7 +76,8 @@ void run()
 {
     DesktopSettings desktop{DesktopSettings::Values{}};
     const auto model = MirelAppModel::live(
-        {.makeVault = [] { return std::make_unique<InMemoryCredentialVault>(std::nullopt); }});
+        {.makeVault = [] { return std::make_unique<InMemoryCredentialVault>(std::nullopt); },
+         .searchPreparation = SearchPreparation::whileOpening});
     if (model->lastError())
         throw std::runtime_error(model->lastError()->toStdString());
     const QString caches = qEnvironmentVariable("MIREL_LOCAL_DATA_DIR") + QStringLiteral("/cache");

@@ -4,9 +4,11 @@
 #include "mirelctl/ConnectionCommands.h"
 #include "mirelctl/FolderCommands.h"
 #include "mirelctl/HighlightCommands.h"
+#include "mirelctl/HistoryCommand.h"
 #include "mirelctl/LabelCommands.h"
 #include "mirelctl/ListCommand.h"
 #include "mirelctl/OpenCommand.h"
+#include "mirelctl/PostCommands.h"
 #include "mirelctl/PreferencesCommands.h"
 #include "mirelctl/RuleCommands.h"
 #include "mirelctl/SearchCommands.h"
@@ -32,14 +34,16 @@ struct VersionCommand
 
 // All commands. Those that do something have a `name` of one or two words, describe(), which binds what the
 // user may add to it, and run().
-using Command = std::variant<
-    StatusCommand, SyncCommand, ListCommand, ShowCommand, OpenCommand, SearchCommand, CountCommand,
-    LabelListCommand, LabelCreateCommand, LabelRenameCommand, LabelMergeCommand, LabelDeleteCommand,
-    LabelAddCommand, LabelRemoveCommand, FolderListCommand, FolderCreateCommand, FolderUpdateCommand,
-    FolderDeleteCommand, FolderAssignCommand, FolderUnassignCommand, RuleListCommand, RuleCreateCommand,
-    RulePreviewCommand, RuleRunCommand, RuleEnableCommand, RuleDisableCommand, RuleDeleteCommand,
-    HighlightAddCommand, HighlightListCommand, HighlightDeleteCommand, AuthorsCommand, PreferencesGetCommand,
-    PreferencesSetCommand, ConnectCommand, DisconnectCommand, PurgeCommand, HelpCommand, VersionCommand>;
+using Command =
+    std::variant<StatusCommand, SyncCommand, HistoryCommand, ListCommand, ShowCommand, OpenCommand,
+                 ThreadCommand, MetricsCommand, DeleteCommand, SearchCommand, CountCommand, LabelListCommand,
+                 LabelCreateCommand, LabelRenameCommand, LabelMergeCommand, LabelDeleteCommand,
+                 LabelAddCommand, LabelRemoveCommand, FolderListCommand, FolderCreateCommand,
+                 FolderUpdateCommand, FolderDeleteCommand, FolderAssignCommand, FolderUnassignCommand,
+                 RuleListCommand, RuleCreateCommand, RulePreviewCommand, RuleRunCommand, RuleEnableCommand,
+                 RuleDisableCommand, RuleDeleteCommand, HighlightAddCommand, HighlightListCommand,
+                 HighlightDeleteCommand, AuthorsCommand, PreferencesGetCommand, PreferencesSetCommand,
+                 ConnectCommand, DisconnectCommand, PurgeCommand, HelpCommand, VersionCommand>;
 
 // What the user asked for.
 struct CommandLine

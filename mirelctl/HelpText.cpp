@@ -12,6 +12,8 @@ The library:
   status             how the library stands and whether X works
   sync [--full]      bring the library up to date with X; --full goes on to the
                      oldest bookmark instead of stopping where nothing is new
+  history [RUN] [--limit N]
+                     print the syncs, newest first (20), or what happened in one
   list [OPTION]...   print bookmarks, one a line
       --filter all|inbox|read|favorites|archive   of one mailbox (all)
       --sort newest|oldest|author                 in this order (newest)
@@ -21,6 +23,10 @@ The library:
                      print one bookmark; --presentation prints what its reader
                      shows of it as JSON
   open BOOKMARK      read one bookmark: its article, thread, links and highlights
+  thread BOOKMARK    fetch the thread around it from X
+  metrics BOOKMARK   fetch its present counters from X
+  delete BOOKMARK [--keep-on-x]
+                     delete it here and, if the preferences say so, on X
   authors [TEXT]     print the authors, those with the most bookmarks first
 
 Searching:
@@ -83,8 +89,8 @@ The connection:
 
 A BOOKMARK is an X post id or a post's address. A LABEL, FOLDER or RULE is its
 name, in capital or small letters, or "#" and its id. TEXT after list or authors
-keeps what holds it in its name. An EXPRESSION that begins with a dash stands
-behind "--". HEX is a color such as #3E6BF5.
+keeps what holds it in its name. A RUN is the id of a sync. An EXPRESSION that
+begins with a dash stands behind "--". HEX is a color such as #3E6BF5.
 
 Options:
   --data-dir DIR     use the library in DIR

@@ -82,9 +82,15 @@ int runAndReport(Operation operation)
 }
 
 template <typename SomeCommand>
+constexpr bool searches =
+    std::is_same_v<SomeCommand, SearchCommand> || std::is_same_v<SomeCommand, CountCommand>;
+
+template <typename SomeCommand>
 int execute(const SomeCommand& command, const CommandLine& commandLine)
 {
-    const LiveOptions options = liveOptions(commandLine);
+    LiveOptions options = liveOptions(commandLine);
+    if constexpr (searches<SomeCommand>)
+        options.searchPreparation = SearchPreparation::whileOpening;
     const auto model = MirelAppModel::live(options);
     const int status = runAndReport([&] { return command.run(*model, surroundingsOf(commandLine)); });
     // A keyring that waits for its user can be waited for, but not be ended. The library is safe at any time.

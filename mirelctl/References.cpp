@@ -1,6 +1,7 @@
 #include "mirelctl/References.h"
 
 #include "library/OrganizationNames.h"
+#include "library/SQLiteStoreError.h"
 #include "mirelctl/CommandError.h"
 #include "x/PostReference.h"
 
@@ -22,14 +23,25 @@ std::optional<Record> named(const QList<Record>& records, const QString& name)
     return found;
 }
 
-template <typename Record>
-std::optional<Record> withID(const QList<Record>& records, const QString& digits)
+std::optional<qint64> number(const QString& digits)
 {
     bool isNumber = false;
     const qint64 id = digits.toLongLong(&isNumber);
+    return isNumber ? std::optional(id) : std::nullopt;
+}
+
+QString withoutMark(const QString& reference)
+{
+    return reference.mid(reference.startsWith(u'#') ? 1 : 0);
+}
+
+template <typename Record>
+std::optional<Record> withID(const QList<Record>& records, const QString& digits)
+{
+    const auto id = number(digits);
     const auto found =
         std::find_if(records.begin(), records.end(), [&](const Record& each) { return each.id == id; });
-    return isNumber && found != records.end() ? std::optional(*found) : std::nullopt;
+    return found != records.end() ? std::optional(*found) : std::nullopt;
 }
 
 // `thing` is what the user calls such a record.
@@ -116,11 +128,23 @@ QList<BookmarkRule> requireRules(LocalLibraryStore& library, const QStringList& 
 QList<BookmarkHighlight> requireHighlights(LocalLibraryStore& library, const QStringList& references)
 {
     return requireEach(library, references, [](LocalLibraryStore& store, const QString& reference) {
-        const auto found = withID(store.highlights(), reference.mid(reference.startsWith(u'#') ? 1 : 0));
+        const auto found = withID(store.highlights(), withoutMark(reference));
         if (!found)
             throw CommandError(QStringLiteral("There is no highlight \"%1\".").arg(reference));
         return *found;
     });
+}
+
+SyncRun requireRun(LocalLibraryStore& library, const QString& reference)
+{
+    try {
+        if (const auto id = number(withoutMark(reference)))
+            return library.syncRun(*id);
+    } catch (const SQLiteStoreError& error) {
+        if (error.errorCase() != SQLiteStoreError::Case::notFound)
+            throw;
+    }
+    throw CommandError(QStringLiteral("There is no sync \"%1\".").arg(reference));
 }
 
 std::optional<Tag> labelNamed(LocalLibraryStore& library, const QString& name)

@@ -27,6 +27,9 @@ namespace mirel {
 [[nodiscard]] QList<BookmarkHighlight> requireHighlights(LocalLibraryStore& library,
                                                          const QStringList& references);
 
+// By the id, with or without "#".
+[[nodiscard]] SyncRun requireRun(LocalLibraryStore& library, const QString& reference);
+
 // Absent when nothing has that name.
 [[nodiscard]] std::optional<Tag> labelNamed(LocalLibraryStore& library, const QString& name);
 [[nodiscard]] std::optional<Folder> folderNamed(LocalLibraryStore& library, const QString& name);

@@ -1,6 +1,7 @@
 #include "mirelctl/StatusCommand.h"
 
 #include "mirelctl/Library.h"
+#include "mirelctl/SyncRunText.h"
 #include "mirelctl/TextOutput.h"
 
 #include <QEventLoop>
@@ -34,15 +35,8 @@ std::optional<bool> xConfigured(MirelAppModel& model, std::chrono::milliseconds 
 
 QString runText(const SyncRun& run)
 {
-    QString text =
-        QStringLiteral("%1, %2: %3 pages, %4 received, %5 new")
-            .arg(timeText(run.completedAt.value_or(run.createdAt)), rawValue(run.status).replace(u'_', u' '))
-            .arg(run.pages)
-            .arg(run.fetched)
-            .arg(run.created);
-    if (run.errorMessage)
-        text += QStringLiteral(". ") + *run.errorMessage;
-    return text;
+    return QStringLiteral("%1, %2: %3")
+        .arg(timeText(run.completedAt.value_or(run.createdAt)), statusText(run), outcomeText(run));
 }
 
 QString countsText(const LibraryCounts& counts)

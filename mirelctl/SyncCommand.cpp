@@ -1,10 +1,7 @@
 #include "mirelctl/SyncCommand.h"
 
-#include "mirelctl/Interruption.h"
+#include "mirelctl/InterruptibleCommand.h"
 #include "mirelctl/Library.h"
-#include "support/BlockOn.h"
-
-#include <optional>
 
 namespace mirel {
 
@@ -50,16 +47,8 @@ private:
 // Runs the sync until it has ended. Returns whether it was interrupted.
 bool runSync(MirelAppModel& model, const SyncCommand& command, const CommandSurroundings& surroundings)
 {
-    std::optional<QCoro::Task<>> ending;
-    const Interruption interruption([&] {
-        model.cancelSync();
-        ending.emplace(model.shutDown());
-    });
     const ProgressLine progressLine(model, surroundings.showProgress);
-    blockOn(model.syncNow({}, command.full));
-    if (ending)
-        blockOn(*std::move(ending));
-    return interruption.hasHappened();
+    return runInterruptibly(model, [&] { return model.syncNow({}, command.full); });
 }
 
 } // namespace

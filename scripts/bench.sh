@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds Mirel and its benchmarks for release, and measures: mapping, storing, opening
-# a library, listing and searching it, and a whole sync. A machine that does nothing else gives the steadiest
+# a library, listing and searching it, and whole syncs. A machine that does nothing else gives the steadiest
 # numbers.
 #
 #     scripts/bench.sh [--full] [--runs N]
@@ -168,6 +168,12 @@ measure_sync() {
     rm -rf -- "$work/synced"
 }
 
+# A simulated account with 40 folders, twice; the second time with threads for one post in 20.
+measure_full_sync() {
+    "$programs/full-sync-benchmark" --posts "$synced_posts" --threads "$((synced_posts / 20))" "$work" ||
+        fail "full-sync-benchmark failed."
+}
+
 # The window, off screen, while the same account is synced into a new library.
 measure_responsiveness() {
     MIREL_LOCAL_DATA_DIR=$work/shown QT_QPA_PLATFORM=offscreen QT_QUICK_BACKEND=software \
@@ -179,7 +185,7 @@ main() {
     read_arguments "$@"
     install_packages
     build release mirelctl mirel-simulator mapping-benchmark store-benchmark open-benchmark search-benchmark \
-        library-generator responsiveness-benchmark typing-benchmark
+        library-generator responsiveness-benchmark typing-benchmark full-sync-benchmark
     trap clean_up EXIT
     mkdir -p -- "$work" || fail "The directory $directory cannot be made. Set MIREL_BENCHMARK_DIR."
     describe_machine
@@ -200,6 +206,8 @@ main() {
     done
     heading "A sync of $synced_posts posts over loopback"
     measure_sync
+    heading "A full sync of $synced_posts posts with folders and threads"
+    measure_full_sync
     heading "The window during a sync of $synced_posts posts"
     measure_responsiveness
 }

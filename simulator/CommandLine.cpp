@@ -42,6 +42,8 @@ void describe(QCommandLineParser& parser)
          QStringLiteral("N"), QStringLiteral("1000")},
         {QStringLiteral("seed"), QStringLiteral("What the posts are made from (1)."), QStringLiteral("S"),
          QStringLiteral("1")},
+        {QStringLiteral("folders"), QStringLiteral("How many folders there are, the last one empty (6)."),
+         QStringLiteral("N"), QStringLiteral("6")},
         {QStringLiteral("port"), QStringLiteral("Where to listen; 0 picks a free port (0)."),
          QStringLiteral("P"), QStringLiteral("0")},
         {QStringLiteral("scenario"), QStringLiteral("What goes wrong, as simulator/README.md describes it."),
@@ -73,6 +75,8 @@ CommandLine CommandLine::parse(const QStringList& arguments)
     result.options.posts =
         static_cast<int>(number(parser, QStringLiteral("posts"), SimulatorOptions::largestAccount));
     result.options.seed = number(parser, QStringLiteral("seed"), std::numeric_limits<qulonglong>::max());
+    result.options.folders =
+        static_cast<int>(number(parser, QStringLiteral("folders"), SimulatorOptions::mostFolders));
     result.options.port = static_cast<quint16>(number(parser, QStringLiteral("port"), 65535));
     if (parser.isSet(QStringLiteral("scenario")))
         result.scenario = readScenario(parser.value(QStringLiteral("scenario")));

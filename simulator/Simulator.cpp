@@ -15,6 +15,11 @@ Simulator::Simulator(SimulatorOptions options)
                              QStringLiteral("The number of posts must be from 0 to %1.")
                                  .arg(SimulatorOptions::largestAccount));
     }
+    if (m_options.folders < 0 || m_options.folders > SimulatorOptions::mostFolders) {
+        throw SimulatorError(
+            SimulatorError::Case::InvalidArgument,
+            QStringLiteral("The number of folders must be from 0 to %1.").arg(SimulatorOptions::mostFolders));
+    }
     m_thread.setObjectName(QStringLiteral("simulator"));
     m_context->moveToThread(&m_thread);
     m_thread.start();

@@ -22,10 +22,13 @@ struct SimulatedIdentity
 struct SimulatorOptions
 {
     static constexpr int largestAccount = 50'000;
+    static constexpr int mostFolders = 1'000;
 
     // From 0 to largestAccount.
     int posts = 1000;
     quint64 seed = 1;
+    // From 0 to mostFolders.
+    int folders = 6;
     // 0 picks a free one.
     quint16 port = 0;
     // When not empty, the token endpoint asks for it.

@@ -165,38 +165,66 @@ void BookmarkListModel::setBookmarks(const QList<Bookmark>& bookmarks)
 {
     const int oldCount = count();
     removeMissing(bookmarks);
-    for (int row = 0; row < bookmarks.size(); ++row)
-        place(row, bookmarks[row]);
+    QSet<qint64> known;
+    for (const Bookmark& bookmark : m_bookmarks)
+        known.insert(bookmark.id);
+    const auto isKnown = [&known](const Bookmark& bookmark) { return known.contains(bookmark.id); };
+    int row = 0;
+    while (row < bookmarks.size()) {
+        const auto next = std::find_if(bookmarks.cbegin() + row, bookmarks.cend(), isKnown);
+        const int newRows = static_cast<int>(next - bookmarks.cbegin()) - row;
+        if (newRows > 0)
+            insertBookmarks(row, bookmarks.sliced(row, newRows));
+        else
+            place(row, bookmarks[row]);
+        row += std::max(newRows, 1);
+    }
     if (count() != oldCount)
         Q_EMIT countChanged();
 }
 
+void BookmarkListModel::replaceBookmark(const Bookmark& bookmark)
+{
+    if (const int row = rowOf(bookmark.id); row >= 0)
+        place(row, bookmark);
+}
+
+// Whoever shows the rows has less to do for many neighbours at once than for one after the other; so it is
+// for those that come.
 void BookmarkListModel::removeMissing(const QList<Bookmark>& bookmarks)
 {
     QSet<qint64> kept;
     for (const Bookmark& bookmark : bookmarks)
         kept.insert(bookmark.id);
-    for (int row = count() - 1; row >= 0; --row) {
-        if (kept.contains(m_bookmarks[row].id))
-            continue;
-        beginRemoveRows({}, row, row);
-        m_bookmarks.removeAt(row);
-        endRemoveRows();
+    int last = count() - 1;
+    while (last >= 0) {
+        int first = last + 1;
+        while (first > 0 && !kept.contains(m_bookmarks[first - 1].id))
+            --first;
+        if (first <= last) {
+            beginRemoveRows({}, first, last);
+            m_bookmarks.remove(first, last - first + 1);
+            endRemoveRows();
+        }
+        last = first - 2;
     }
 }
 
-// The rows before `row` already stand as they should.
+void BookmarkListModel::insertBookmarks(int row, const QList<Bookmark>& bookmarks)
+{
+    beginInsertRows({}, row, row + static_cast<int>(bookmarks.size()) - 1);
+    m_bookmarks.insert(row, bookmarks.size(), Bookmark());
+    std::copy(bookmarks.cbegin(), bookmarks.cend(), m_bookmarks.begin() + row);
+    endInsertRows();
+}
+
+// Moves the row of that bookmark here, where it is not yet, and brings it up to date. The rows before stand
+// as they should.
 void BookmarkListModel::place(int row, const Bookmark& bookmark)
 {
-    const auto sameID = [&](const Bookmark& other) { return other.id == bookmark.id; };
-    const auto found =
-        std::find_if(m_bookmarks.cbegin() + std::min(row, count()), m_bookmarks.cend(), sameID);
-    if (found == m_bookmarks.cend()) {
-        beginInsertRows({}, row, row);
-        m_bookmarks.insert(row, bookmark);
-        endInsertRows();
-        return;
-    }
+    const auto found = std::find_if(m_bookmarks.cbegin() + row, m_bookmarks.cend(),
+                                    [&bookmark](const Bookmark& other) { return other.id == bookmark.id; });
+    Q_ASSERT(found != m_bookmarks.cend());
     const int oldRow = static_cast<int>(found - m_bookmarks.cbegin());
     if (oldRow != row) {
         beginMoveRows({}, oldRow, oldRow, {}, row);

@@ -63,6 +63,8 @@ public:
 
     // Makes the rows equal to `bookmarks`.
     void setBookmarks(const QList<Bookmark>& bookmarks);
+    // Renews the row of that bookmark, if there is one.
+    void replaceBookmark(const Bookmark& bookmark);
 
 Q_SIGNALS:
     void countChanged();
@@ -71,6 +73,7 @@ private:
     [[nodiscard]] static QVariant value(const Bookmark& bookmark, int role);
     [[nodiscard]] static QHash<int, QByteArray> names();
     void removeMissing(const QList<Bookmark>& bookmarks);
+    void insertBookmarks(int row, const QList<Bookmark>& bookmarks);
     void place(int row, const Bookmark& bookmark);
 
     QList<Bookmark> m_bookmarks;

@@ -40,8 +40,9 @@ bool LinkReceiver::claim()
         return false;
     // Whoever left a socket here is dead, or it would hold the lock.
     QLocalServer::removeServer(m_path);
-    if (m_server.listen(m_path))
+    if (m_server.listen(m_path) && QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner))
         return true;
+    m_server.close();
     m_lock.unlock();
     return false;
 }

@@ -15,12 +15,15 @@ namespace mirel {
 
 namespace {
 
-std::unique_ptr<Serial<LocalLibraryStore>> openStore(const QProcessEnvironment& environment)
+std::unique_ptr<Serial<LocalLibraryStore>> openStore(const LiveOptions& options)
 {
-    const QString path = MirelPaths::databasePath(environment);
+    const QString path = MirelPaths::databasePath(options.environment);
     return std::make_unique<Serial<LocalLibraryStore>>(
         std::make_shared<ServiceThread>(QStringLiteral("library")),
-        [path] { return std::make_unique<LocalLibraryStore>(path); });
+        [path, preparation = options.searchPreparation] {
+            return std::make_unique<LocalLibraryStore>(path, Instant::now, FileManager::standard(),
+                                                       preparation);
+        });
 }
 
 std::unique_ptr<CredentialVault> makeSystemVault()
@@ -67,7 +70,7 @@ std::unique_ptr<MirelAppModel> MirelAppModel::live(const LiveOptions& options)
     MirelServices services;
     std::optional<QString> error;
     try {
-        services.store = openStore(options.environment);
+        services.store = openStore(options);
         services.makeWebAuthenticationSession = sessionMaker(options);
         services.cacheDirectory = MirelPaths::cacheDirectory(options.environment);
         connectX(services, options);

@@ -47,6 +47,7 @@ struct LiveOptions
     std::function<std::unique_ptr<CredentialVault>()> makeVault;
     // Shows the page of a sign-in, and returns whether it could. Empty: the user's browser does.
     std::function<bool(const QUrl&)> openPage;
+    SearchPreparation searchPreparation = SearchPreparation::onDemand;
 };
 
 // The application without its screens: the state that they show and the commands that they call. Lives on
@@ -180,6 +181,15 @@ public:
     // Cancels a running sync and returns when it has ended; what has arrived stays.
     QCoro::Task<> endSyncEarly();
 
+    // Asks X for the present counters of a post.
+    QCoro::Task<> refreshMetrics(qint64 bookmarkID);
+    // Fetches the author's own thread around a post from X, unless that was done before.
+    QCoro::Task<> enrichThread(qint64 bookmarkID);
+    // Deletes a bookmark here and, when `removeFromX` or else the preferences say so, before that on X.
+    QCoro::Task<> deleteBookmark(Bookmark bookmark, std::optional<bool> removeFromX = {});
+    // Reads one bookmark anew, wherever it is shown.
+    QCoro::Task<> refreshBookmarkPresentation(qint64 bookmarkID);
+
     // Finds out whether X works. The last check to start decides, whichever ends last.
     QCoro::Task<> refreshCredentialState();
     // Shows and saves the preferences; those that cannot be saved stay on the screen.
@@ -294,6 +304,11 @@ public:
     }
     // Of the open post, newest first.
     [[nodiscard]] const QList<BookmarkHighlight>& highlights() const { return m_highlights; }
+    // The posts whose thread is being fetched.
+    [[nodiscard]] const QSet<qint64>& enrichingThreadBookmarkIDs() const
+    {
+        return m_enrichingThreadBookmarkIDs;
+    }
     [[nodiscard]] const QList<SyncRun>& syncRuns() const { return m_syncRuns; }
     [[nodiscard]] const QList<SyncLogEntry>& syncLogEntries() const { return m_syncLogEntries; }
     [[nodiscard]] bool xConfigured() const { return m_xConfigured; }
@@ -317,6 +332,7 @@ Q_SIGNALS:
     void organizationChanged();
     void highlightsChanged();
     void syncChanged();
+    void enrichingThreadsChanged();
     void syncRunsChanged();
     void xConfiguredChanged();
     void isAuthorizingXChanged();
@@ -443,6 +459,7 @@ private:
     // Of the sync under way.
     SyncCancellation m_syncCancellation;
     std::optional<BookmarkSyncSummary> m_lastSyncSummary;
+    QSet<qint64> m_enrichingThreadBookmarkIDs;
     QList<SyncRun> m_syncRuns;
     QList<SyncLogEntry> m_syncLogEntries;
     bool m_xConfigured = false;

@@ -1,8 +1,8 @@
 import QtQuick
-import QtQuick.Layouts
 import Mirel.Screens
 
-// One bookmark of the list.
+// One bookmark of the list. Rows are made while one types, a screen full at a time: what most of them never show
+// is made only where it is shown.
 Item {
     id: row
 
@@ -30,6 +30,9 @@ Item {
     property bool isCurrent: false
     property bool hasKeyboard: false
     readonly property bool isOnScreen: !isPooled && y < shownBottom && y + height > shownTop
+    readonly property real textLeft: avatar.x + avatar.width + Measures.medium
+    readonly property real textWidth: width - textLeft - Measures.large
+    readonly property string snippet: Display.snippet(text)
     readonly property bool isRoomy: width >= Measures.roomyRow
     readonly property bool isHovered: hover.hovered
     readonly property color surface: isCurrent ? Theme.current : isHovered ? Theme.hovered : Theme.surface
@@ -41,10 +44,11 @@ Item {
     signal openedOnX
 
     objectName: "bookmarkRow"
-    implicitHeight: content.implicitHeight + 2 * Measures.medium + Measures.hairline
+    implicitHeight: Math.max(foot.y + foot.height, thumbnail.active ? thumbnail.y + thumbnail.height + Measures.tiny : 0) + Measures.medium
+                    + Measures.hairline
     Accessible.role: Accessible.ListItem
     Accessible.name: (isRead ? "" : "Unread. ") + (isFavorite ? "Favorite. " : "") + authorName + ", @" + authorUsername + ", " + Display.fullDate(
-                         createdAt) + ". " + (title === "" ? "" : title + ". ") + Display.snippet(text)
+                         createdAt) + ". " + (title === "" ? "" : title + ". ") + snippet
     Accessible.focusable: true
     Accessible.focused: hasKeyboard
     Accessible.selected: isCurrent
@@ -71,137 +75,127 @@ Item {
 
     Rectangle {
         anchors.bottom: parent.bottom
-        anchors.right: parent.right
-        anchors.rightMargin: Measures.large
-        anchors.left: parent.left
-        anchors.leftMargin: content.x + body.x
+        x: row.textLeft
+        width: row.textWidth
         height: Measures.hairline
         color: Theme.border
     }
 
-    RowLayout {
-        id: content
+    Rectangle {
+        objectName: "unreadDot"
+        anchors.verticalCenter: avatar.verticalCenter
+        x: Measures.small
+        visible: !row.isRead
+        width: Measures.small
+        height: Measures.small
+        radius: Measures.tiny
+        color: Theme.tint
+    }
 
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.top: parent.top
-        anchors.leftMargin: Measures.small
-        anchors.rightMargin: Measures.large
-        anchors.topMargin: Measures.medium
-        spacing: Measures.medium
+    Avatar {
+        id: avatar
 
-        Item {
-            Layout.alignment: Qt.AlignTop
-            implicitWidth: Measures.avatar + Measures.large
-            implicitHeight: Measures.avatar
+        objectName: "avatar"
+        x: Measures.small + Measures.large
+        y: Measures.medium
+        authorID: row.authorID
+        initials: row.authorInitials
+        picture: row.isOnScreen ? Display.webPicture(row.profileImageURL) : ""
+        surround: row.surface
+    }
 
-            Rectangle {
-                z: 1
-                objectName: "unreadDot"
-                anchors.verticalCenter: parent.verticalCenter
-                visible: !row.isRead
-                width: Measures.small
-                height: Measures.small
-                radius: Measures.tiny
-                color: Theme.tint
-            }
+    BookmarkRowHead {
+        id: head
 
-            Avatar {
-                objectName: "avatar"
-                x: Measures.large
-                authorID: row.authorID
-                initials: row.authorInitials
-                picture: row.isOnScreen ? Display.webPicture(row.profileImageURL) : ""
-                surround: row.surface
-            }
+        x: row.textLeft
+        y: Measures.medium
+        width: row.textWidth
+        authorName: row.authorName
+        authorUsername: row.authorUsername
+        createdAt: row.createdAt
+        isRead: row.isRead
+        isFavorite: row.isFavorite
+        quiet: row.quiet
+    }
+
+    Column {
+        id: texts
+
+        anchors.top: head.bottom
+        anchors.topMargin: Measures.tiny
+        x: row.textLeft
+        width: thumbnail.active ? thumbnail.x - x - (row.isRoomy ? Measures.large : Measures.medium) : row.textWidth
+        spacing: Measures.tiny
+
+        Text {
+            objectName: "title"
+            width: parent.width
+            visible: row.title !== ""
+            text: Display.snippet(row.title)
+            textFormat: Text.PlainText
+            color: Theme.text
+            font.pixelSize: Measures.postText
+            font.weight: Measures.strong
+            lineHeightMode: Text.FixedHeight
+            lineHeight: Measures.postLine
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
+            elide: Text.ElideRight
         }
 
-        ColumnLayout {
-            id: body
-
-            Layout.fillWidth: true
-            Layout.alignment: Qt.AlignTop
-            spacing: Measures.tiny
-
-            BookmarkRowHead {
-                Layout.fillWidth: true
-                authorName: row.authorName
-                authorUsername: row.authorUsername
-                createdAt: row.createdAt
-                isRead: row.isRead
-                isFavorite: row.isFavorite
-                quiet: row.quiet
-            }
-
-            RowLayout {
-                Layout.fillWidth: true
-                spacing: row.isRoomy ? Measures.large : Measures.medium
-
-                ColumnLayout {
-                    Layout.fillWidth: true
-                    Layout.alignment: Qt.AlignTop
-                    spacing: Measures.tiny
-
-                    Text {
-                        objectName: "title"
-                        Layout.fillWidth: true
-                        visible: row.title !== ""
-                        text: Display.snippet(row.title)
-                        textFormat: Text.PlainText
-                        color: Theme.text
-                        font.pixelSize: Measures.postText
-                        font.weight: Measures.strong
-                        lineHeightMode: Text.FixedHeight
-                        lineHeight: Measures.postLine
-                        wrapMode: Text.Wrap
-                        maximumLineCount: 2
-                        elide: Text.ElideRight
-                    }
-
-                    Text {
-                        objectName: "text"
-                        Layout.fillWidth: true
-                        visible: text !== ""
-                        text: Display.snippet(row.text)
-                        textFormat: Text.PlainText
-                        color: row.title === "" ? Theme.text : Theme.secondary
-                        font.pixelSize: Measures.postText
-                        lineHeightMode: Text.FixedHeight
-                        lineHeight: Measures.postLine
-                        wrapMode: Text.Wrap
-                        maximumLineCount: row.title === "" ? 3 : 2
-                        elide: Text.ElideRight
-                    }
-
-                    BookmarkRowFoot {
-                        Layout.fillWidth: true
-                        Layout.topMargin: Measures.tiny
-                        labels: row.labels
-                        metrics: row.metrics
-                        quiet: row.quiet
-                        isRoomy: row.isRoomy
-                        showsActions: row.isHovered || row.hasKeyboard
-                        onOpened: row.openedOnX()
-                    }
-                }
-
-                Thumbnail {
-                    Layout.alignment: Qt.AlignTop
-                    Layout.topMargin: Measures.tiny
-                    Layout.bottomMargin: Measures.tiny
-                    Layout.preferredWidth: row.isRoomy ? Measures.thumbnailWidth : Measures.smallThumbnailWidth
-                    Layout.preferredHeight: row.isRoomy ? Measures.thumbnailHeight : Measures.smallThumbnailHeight
-                    media: row.media
-                    loads: row.isOnScreen
-                    surround: row.surface
-                }
-            }
+        Text {
+            objectName: "text"
+            width: parent.width
+            visible: text !== ""
+            text: row.snippet
+            textFormat: Text.PlainText
+            color: row.title === "" ? Theme.text : Theme.secondary
+            font.pixelSize: Measures.postText
+            lineHeightMode: Text.FixedHeight
+            lineHeight: Measures.postLine
+            wrapMode: Text.Wrap
+            maximumLineCount: row.title === "" ? 3 : 2
+            elide: Text.ElideRight
         }
     }
 
-    FocusRing {
+    BookmarkRowFoot {
+        id: foot
+
+        anchors.top: texts.bottom
+        anchors.topMargin: (texts.height > 0 ? 2 : 1) * Measures.tiny
+        x: row.textLeft
+        width: texts.width
+        labels: row.labels
+        metrics: row.metrics
+        quiet: row.quiet
+        isRoomy: row.isRoomy
+        showsActions: row.isHovered || row.hasKeyboard
+        onOpened: row.openedOnX()
+    }
+
+    Loader {
+        id: thumbnail
+
+        anchors.right: parent.right
+        anchors.rightMargin: Measures.large
+        anchors.top: texts.top
+        anchors.topMargin: Measures.tiny
+        width: row.isRoomy ? Measures.thumbnailWidth : Measures.smallThumbnailWidth
+        height: row.isRoomy ? Measures.thumbnailHeight : Measures.smallThumbnailHeight
+        active: row.media.length > 0
+        sourceComponent: Thumbnail {
+            media: row.media // qmllint disable unqualified
+            loads: row.isOnScreen // qmllint disable unqualified
+            surround: row.surface // qmllint disable unqualified
+        }
+    }
+
+    Loader {
         anchors.fill: card
-        radius: Measures.cardRadius
-        visible: row.hasKeyboard
+        active: row.hasKeyboard
+        sourceComponent: FocusRing {
+            radius: Measures.cardRadius
+        }
     }
 }

@@ -13,7 +13,7 @@ Item {
 
     signal opened
 
-    implicitHeight: Math.max(details.implicitHeight, open.implicitHeight - Measures.small)
+    implicitHeight: Math.max(details.implicitHeight, open.height - Measures.small)
 
     Flow {
         id: details
@@ -35,49 +35,28 @@ Item {
             }
         }
 
-        Repeater {
-            model: [
-                {
-                    "symbol": "message-circle",
-                    "key": "replies"
-                },
-                {
-                    "symbol": "repeat-2",
-                    "key": "reposts"
-                },
-                {
-                    "symbol": "heart",
-                    "key": "likes"
-                },
-                {
-                    "symbol": "chart-no-axes-column",
-                    "key": "views"
-                }
-            ]
-
-            Counter {
-                required property var modelData
-
-                symbol: modelData.symbol
-                count: foot.metrics[modelData.key] // qmllint disable unqualified
-                noun: modelData.key
-                color: foot.quiet // qmllint disable unqualified
-                visible: count > 0
-                height: Math.max(implicitHeight, Math.round(18 * Measures.scale))
-            }
+        PostCounters {
+            metrics: foot.metrics
+            color: foot.quiet
+            spacing: details.spacing
         }
     }
 
-    IconButton {
+    // Its place is kept, so that nothing moves when it comes.
+    Loader {
         id: open
 
-        objectName: "openOnX"
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        opacity: foot.showsActions ? 1 : 0
-        focusPolicy: Qt.NoFocus
-        symbol: "external-link"
-        text: "Open on X"
-        onClicked: foot.opened()
+        width: Measures.controlHeight
+        height: Measures.controlHeight
+        active: foot.showsActions
+        sourceComponent: IconButton {
+            objectName: "openOnX"
+            focusPolicy: Qt.NoFocus
+            symbol: "external-link"
+            text: "Open on X"
+            onClicked: foot.opened() // qmllint disable unqualified
+        }
     }
 }

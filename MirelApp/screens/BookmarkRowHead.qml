@@ -33,12 +33,15 @@ RowLayout {
         color: Theme.secondary
     }
 
-    Icon {
-        objectName: "favoriteMark"
-        visible: head.isFavorite
-        symbol: "star"
-        size: Math.round(14 * Measures.scale)
-        color: Theme.warning
+    Loader {
+        active: head.isFavorite
+        visible: active
+        sourceComponent: Icon {
+            objectName: "favoriteMark"
+            symbol: "star"
+            size: Math.round(14 * Measures.scale)
+            color: Theme.warning
+        }
     }
 
     PlainLabel {
@@ -53,9 +56,12 @@ RowLayout {
             id: dateHover
         }
 
-        HoverTip {
-            visible: dateHover.hovered
-            text: Display.fullDate(head.createdAt)
+        Loader {
+            anchors.fill: parent
+            active: dateHover.hovered
+            sourceComponent: HoverTip {
+                text: Display.fullDate(head.createdAt) // qmllint disable unqualified
+            }
         }
     }
 }

@@ -1,7 +1,7 @@
 import QtQuick
 import Mirel.Screens
 
-// One public counter of a post.
+// One public counter of a post, unless nobody counted.
 Row {
     id: counter
 
@@ -10,6 +10,8 @@ Row {
     required property string noun
     required property color color
 
+    visible: count > 0
+    height: Math.max(implicitHeight, Math.round(18 * Measures.scale))
     spacing: Measures.tiny
     Accessible.role: Accessible.StaticText
     Accessible.name: Display.number(count) + " " + noun

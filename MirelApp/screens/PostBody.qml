@@ -133,23 +133,7 @@ ColumnLayout {
         }
     }
 
-    Flow {
-        Layout.fillWidth: true
-        spacing: Measures.large
-
-        Repeater {
-            model: ["replies", "reposts", "likes", "views"]
-
-            Counter {
-                required property int index
-                required property string modelData
-
-                symbol: ["message-circle", "repeat-2", "heart", "chart-no-axes-column"][index]
-                count: body.post.metrics[modelData] // qmllint disable unqualified
-                noun: modelData
-                color: Theme.secondary
-                visible: count > 0
-            }
-        }
+    PostCounters {
+        metrics: body.post.metrics
     }
 }

@@ -24,12 +24,14 @@ Item {
         border.width: Measures.hairline
         border.color: Theme.border
 
-        Icon {
+        Loader {
             anchors.centerIn: parent
-            visible: !thumbnail.plays
-            symbol: "image"
-            size: Measures.icon
-            color: Theme.tertiary
+            active: !thumbnail.plays && !picture.isReady
+            sourceComponent: Icon {
+                symbol: "image"
+                size: Measures.icon
+                color: Theme.tertiary
+            }
         }
     }
 
@@ -43,39 +45,43 @@ Item {
         description: thumbnail.first === null ? "" : thumbnail.first.altText
     }
 
-    Rectangle {
+    Loader {
         anchors.centerIn: parent
-        visible: thumbnail.plays
-        width: 32
-        height: 32
-        radius: 16
-        color: Theme.veil
+        active: thumbnail.plays
+        sourceComponent: Rectangle {
+            implicitWidth: 32
+            implicitHeight: 32
+            radius: 16
+            color: Theme.veil
 
-        Icon {
-            anchors.centerIn: parent
-            symbol: "play"
-            color: Theme.onVeil
+            Icon {
+                anchors.centerIn: parent
+                symbol: "play"
+                color: Theme.onVeil
+            }
         }
     }
 
-    Rectangle {
+    Loader {
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         anchors.margins: Measures.tiny
-        visible: thumbnail.media.length > 1
-        width: others.implicitWidth + Measures.small
-        height: others.implicitHeight + Measures.tiny
-        radius: Measures.tiny
-        color: Theme.veil
+        active: thumbnail.media.length > 1
+        sourceComponent: Rectangle {
+            implicitWidth: others.implicitWidth + Measures.small
+            implicitHeight: others.implicitHeight + Measures.tiny
+            radius: Measures.tiny
+            color: Theme.veil
 
-        PlainLabel {
-            id: others
+            PlainLabel {
+                id: others
 
-            anchors.centerIn: parent
-            text: "+" + (thumbnail.media.length - 1)
-            color: Theme.onVeil
-            font.pixelSize: Measures.metaText
-            font.weight: Measures.strong
+                anchors.centerIn: parent
+                text: "+" + (thumbnail.media.length - 1) // qmllint disable unqualified
+                color: Theme.onVeil
+                font.pixelSize: Measures.metaText
+                font.weight: Measures.strong
+            }
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "library/LibraryIndex.h"
 
+#include "library/BackgroundIndexLoading.h"
 #include "library/IndexedBookmark.h"
 #include "library/ParallelIndexLoading.h"
 
@@ -8,11 +9,6 @@
 namespace mirel {
 
 namespace {
-
-// Of the 2 KB that a bookmark may cost on average. Short texts are kept always, long ones as far as this
-// goes; for one that is not kept, the library is asked again.
-constexpr qint64 textBytesPerBookmark = 1700;
-constexpr qsizetype shortText = 900;
 
 IndexDepth depthFor(const LibrarySearch& search)
 {
@@ -50,6 +46,8 @@ LibraryIndex::LibraryIndex(SQLiteConnection& connection)
     , m_changes(connection)
 {
 }
+
+LibraryIndex::~LibraryIndex() = default;
 
 QList<qint64> LibraryIndex::ids(LibraryFilter mailbox, LibrarySort sort)
 {
@@ -123,7 +121,7 @@ void LibraryIndex::forget()
     m_authors = {};
     m_folders = {};
     m_labels = {};
-    m_textBytes = 0;
+    m_textBudget = IndexTextBudget();
     m_orders = {};
 }
 
@@ -152,6 +150,7 @@ void LibraryIndex::loadOutline()
     quint32 place = 0;
     for (const IndexEntry& entry : m_entries)
         m_places.insert(entry.id, place++);
+    m_textBudget.setBookmarks(place);
 }
 
 void LibraryIndex::deepen(IndexDepth depth)
@@ -181,6 +180,40 @@ bool LibraryIndex::prepare(IndexDepth depth, qsizetype limit)
     const QList<qint64> ids = shallowerThan(depth, limit);
     load(ids, depth);
     return ids.size() < limit;
+}
+
+void LibraryIndex::beginLoadingAhead()
+{
+    // Otherwise the reader could keep the file from being switched to that mode.
+    const auto mode = m_connection.firstRow("PRAGMA journal_mode");
+    const bool canReadBesideWriter = mode && mode->text("journal_mode") == QStringLiteral("wal");
+    if (!canReadBesideWriter || QThread::idealThreadCount() < 2)
+        return;
+    // What was written so far is in what will be read.
+    forget();
+    static_cast<void>(m_changes.take());
+    m_loadingAhead.emplace(LoadingAhead{
+        .version = m_changes.version(),
+        .loading = std::make_unique<BackgroundIndexLoading>(m_connection.path(), IndexDepth::presentations)});
+}
+
+void LibraryIndex::endLoadingAhead()
+{
+    if (!m_loadingAhead)
+        return;
+    const LoadingAhead ahead = *std::exchange(m_loadingAhead, std::nullopt);
+    std::vector<IndexBatch> batches = ahead.loading->finish();
+    m_version.reset();
+    // What another connection wrote meanwhile is not known row by row.
+    if (batches.empty() || m_changes.version() != ahead.version)
+        return;
+    const ChangedRows changed = m_changes.take();
+    loadOutline();
+    for (IndexBatch& batch : batches)
+        add(std::move(batch));
+    if (!changed.isEmpty())
+        takeIn(changed);
+    m_version = ahead.version;
 }
 
 void LibraryIndex::takeIn(const ChangedRows& rows)
@@ -241,7 +274,7 @@ void LibraryIndex::add(IndexBatch batch)
     m_folders.insert(batch.folders);
     for (IndexEntry& entry : batch.entries) {
         shareLabels(entry);
-        limitText(entry);
+        m_textBudget.limit(entry);
         put(std::move(entry));
     }
 }
@@ -260,7 +293,7 @@ void LibraryIndex::shareLabels(IndexEntry& entry)
 void LibraryIndex::put(IndexEntry entry)
 {
     const auto known = m_places.constFind(entry.id);
-    m_textBytes += entry.text.size();
+    m_textBudget.add(entry);
     if (known == m_places.cend()) {
         m_orders = {};
         m_places.insert(entry.id, static_cast<quint32>(m_entries.size()));
@@ -268,12 +301,13 @@ void LibraryIndex::put(IndexEntry entry)
         if (m_entries.size() == m_entries.capacity())
             m_entries.reserve(m_entries.size() * 9 / 8 + 16);
         m_entries.push_back(std::move(entry));
+        m_textBudget.setBookmarks(static_cast<qint64>(m_entries.size()));
         return;
     }
     IndexEntry& place = m_entries[*known];
     if (place.createdAt != entry.createdAt || place.authorID != entry.authorID)
         m_orders = {};
-    m_textBytes -= place.text.size();
+    m_textBudget.remove(place);
     place = std::move(entry);
 }
 
@@ -285,41 +319,31 @@ void LibraryIndex::remove(qint64 id)
     const quint32 place = *found;
     m_places.erase(found);
     m_orders = {};
-    m_textBytes -= m_entries[place].text.size();
+    m_textBudget.remove(m_entries[place]);
     if (place + 1 < m_entries.size()) {
         m_entries[place] = std::move(m_entries.back());
         m_places[m_entries[place].id] = place;
     }
     m_entries.pop_back();
-}
-
-qint64 LibraryIndex::textBudget() const
-{
-    return static_cast<qint64>(m_entries.size()) * textBytesPerBookmark;
-}
-
-void LibraryIndex::limitText(IndexEntry& entry)
-{
-    if (entry.text.size() > shortText && m_textBytes + entry.text.size() > textBudget())
-        entry.text = {};
+    m_textBudget.setBookmarks(static_cast<qint64>(m_entries.size()));
 }
 
 // The short texts that came after long ones may have gone beyond the budget.
 void LibraryIndex::dropLongestTexts()
 {
-    if (m_textBytes <= textBudget())
+    if (!m_textBudget.isExceeded())
         return;
     std::vector<IndexEntry*> longest;
     for (IndexEntry& entry : m_entries) {
-        if (entry.text.size() > shortText)
+        if (entry.text.size() > IndexTextBudget::shortText)
             longest.push_back(&entry);
     }
     std::sort(longest.begin(), longest.end(),
               [](const auto* a, const auto* b) { return a->text.size() > b->text.size(); });
     for (IndexEntry* const entry : longest) {
-        if (m_textBytes <= textBudget())
+        if (!m_textBudget.isExceeded())
             return;
-        m_textBytes -= entry->text.size();
+        m_textBudget.remove(*entry);
         entry->text = {};
     }
 }
@@ -361,7 +385,7 @@ const std::vector<quint32>& LibraryIndex::order(LibrarySort sort)
 LibraryIndex::Size LibraryIndex::size() const
 {
     Size size{.bookmarks = static_cast<qint64>(m_entries.size()),
-              .bytes = static_cast<qint64>(m_entries.capacity() * sizeof(IndexEntry)) + m_textBytes};
+              .bytes = static_cast<qint64>(m_entries.capacity() * sizeof(IndexEntry)) + m_textBudget.bytes()};
     for (const IndexEntry& entry : m_entries)
         size.bytes += static_cast<qint64>(entry.labels.capacity() * sizeof(IndexedLabel));
     for (const auto& places : m_orders)

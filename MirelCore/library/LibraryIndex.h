@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/IndexLoading.h"
+#include "library/IndexTextBudget.h"
 #include "library/LibraryChanges.h"
 #include "library/LibrarySearch.h"
 #include "records/LibrarySummaries.h"
@@ -9,6 +10,7 @@
 
 namespace mirel {
 
+class BackgroundIndexLoading;
 class IndexedBookmark;
 
 // Answers listings, counts and searches from memory. It holds nothing until it is asked, goes no deeper than
@@ -21,6 +23,8 @@ class LibraryIndex
 {
 public:
     explicit LibraryIndex(SQLiteConnection& connection);
+    ~LibraryIndex();
+    Q_DISABLE_COPY_MOVE(LibraryIndex)
 
     // The live bookmarks of a mailbox, in order. `limit` and `offset` are not negative.
     [[nodiscard]] QList<qint64> ids(LibraryFilter mailbox, LibrarySort sort);
@@ -37,6 +41,12 @@ public:
     // Does a part of the work that the first search of that depth would do, for at most `limit` bookmarks.
     // Returns whether nothing is left.
     bool prepare(IndexDepth depth, qsizetype limit);
+
+    // Between these two calls, another processor does the work of the first search as far as it comes, and
+    // this connection is free for other work. What is written meanwhile, here or elsewhere, is noticed as
+    // always.
+    void beginLoadingAhead();
+    void endLoadingAhead();
 
     // Must be called after a whole table was emptied.
     void forget();
@@ -65,12 +75,17 @@ private:
     void shareLabels(IndexEntry& entry);
     void put(IndexEntry entry);
     void remove(qint64 id);
-    void limitText(IndexEntry& entry);
     void dropLongestTexts();
-    [[nodiscard]] qint64 textBudget() const;
 
     [[nodiscard]] const std::vector<quint32>& order(LibrarySort sort);
     [[nodiscard]] bool matches(const LibrarySearch& search, const IndexEntry& entry);
+
+    struct LoadingAhead
+    {
+        // Of the library when it began.
+        qint64 version = 0;
+        std::unique_ptr<BackgroundIndexLoading> loading;
+    };
 
     SQLiteConnection& m_connection;
     LibraryChanges m_changes;
@@ -84,9 +99,10 @@ private:
     QHash<qint64, IndexedAuthor> m_authors;
     QHash<qint64, IndexedFolder> m_folders;
     QHash<qint64, std::shared_ptr<const IndexedLabel::Names>> m_labels;
-    qint64 m_textBytes = 0;
+    IndexTextBudget m_textBudget;
     // Places in m_entries, one order for each sort; empty until it is asked for.
     std::array<std::vector<quint32>, 3> m_orders;
+    std::optional<LoadingAhead> m_loadingAhead;
 };
 
 } // namespace mirel

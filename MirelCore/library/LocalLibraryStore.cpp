@@ -2,12 +2,31 @@
 
 namespace mirel {
 
-LocalLibraryStore::LocalLibraryStore(const QString& databasePath, Clock now, const FileManager& fileManager)
+namespace {
+
+// A library that cannot be read for searching may be one that the opening creates or mends. If not, whoever
+// reads it next reports that.
+void attempt(void (LibraryIndex::*step)(), LibraryIndex& index)
+{
+    try {
+        (index.*step)();
+    } catch (const Error&) {
+        index.forget();
+    }
+}
+
+} // namespace
+
+LocalLibraryStore::LocalLibraryStore(const QString& databasePath, Clock now, const FileManager& fileManager,
+                                     SearchPreparation preparation)
     : m_database(databasePath, fileManager)
     , m_now(std::move(now))
     , m_index(m_database)
 {
+    if (preparation == SearchPreparation::whileOpening)
+        attempt(&LibraryIndex::beginLoadingAhead, m_index);
     migrate();
+    attempt(&LibraryIndex::endLoadingAhead, m_index);
 }
 
 void LocalLibraryStore::purgeAllLocalData()

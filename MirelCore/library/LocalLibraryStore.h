@@ -18,6 +18,16 @@
 
 namespace mirel {
 
+// When the bookmarks are read for searching.
+enum class SearchPreparation {
+    // At the first search, or when prepareSearch() is called.
+    onDemand,
+    // On another processor while the library is being opened, which takes a while itself: the first search
+    // finds
+    // all of it done, or most.
+    whileOpening
+};
+
 // The library on disk: the only road to the database. An ordinary synchronous class, used on one thread at
 // a time. Every operation throws SQLiteStoreError, and where it reads a JSON column, JSONCodingError.
 //
@@ -29,7 +39,8 @@ public:
     // Opens or creates the library and brings its schema up to date. Throws what the opening or the failing
     // step throws; there is no store then. `now` stamps what the store itself dates.
     explicit LocalLibraryStore(const QString& databasePath, Clock now = Instant::now,
-                               const FileManager& fileManager = FileManager::standard());
+                               const FileManager& fileManager = FileManager::standard(),
+                               SearchPreparation preparation = SearchPreparation::onDemand);
 
     // Deletes every row of every table. The file stays.
     void purgeAllLocalData();

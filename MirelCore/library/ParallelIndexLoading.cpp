@@ -1,7 +1,5 @@
 #include "library/ParallelIndexLoading.h"
 
-#include <sqlite3.h>
-
 #include <thread>
 
 namespace mirel {
@@ -11,11 +9,6 @@ namespace {
 constexpr qsizetype batchSize = 500;
 // A helper costs a connection, which fewer batches are not worth.
 constexpr qsizetype batchesPerHelper = 4;
-
-QString fileOf(const SQLiteConnection& connection)
-{
-    return QString::fromUtf8(sqlite3_db_filename(connection.handle(), "main"));
-}
 
 } // namespace
 
@@ -66,7 +59,7 @@ std::optional<QList<qint64>> ParallelIndexLoading::nextIDs()
 void ParallelIndexLoading::help()
 {
     try {
-        SQLiteConnection connection(fileOf(m_connection));
+        SQLiteConnection connection(m_connection.path());
         while (const auto ids = nextIDs()) {
             IndexBatch batch = loadIndexBatch(connection, *ids, m_depth);
             const std::lock_guard lock(m_mutex);

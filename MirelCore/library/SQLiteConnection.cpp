@@ -207,6 +207,11 @@ qint64 SQLiteConnection::lastInsertedRowID() const
     return sqlite3_last_insert_rowid(m_handle);
 }
 
+QString SQLiteConnection::path() const
+{
+    return QString::fromUtf8(sqlite3_db_filename(m_handle, "main"));
+}
+
 SQLiteTransaction::SQLiteTransaction(SQLiteConnection& connection)
     : m_connection(connection)
 {

@@ -55,6 +55,9 @@ public:
     // The rowid of the last inserted row.
     [[nodiscard]] qint64 lastInsertedRowID() const;
 
+    // The file.
+    [[nodiscard]] QString path() const;
+
     // The open database, for what SQLite offers beyond statements.
     [[nodiscard]] sqlite3* handle() const { return m_handle; }
 

@@ -53,6 +53,14 @@ RawPostPresentationParser::RawPostPresentationParser(const Bookmark& bookmark)
 {
 }
 
+RawPostPresentationParser::RawPostPresentationParser(const Bookmark& bookmark, RawJSON tweet)
+    : m_bookmark(bookmark)
+    , m_envelope(std::move(tweet))
+    , m_tweet(m_envelope.root())
+    , m_includes(emptyObject())
+{
+}
+
 bool RawPostPresentationParser::hasArticle() const
 {
     return objectAt(m_tweet, {"article"}).has_value();

@@ -17,6 +17,8 @@ public:
     // `bookmark` must outlive the parser.
     explicit RawPostPresentationParser(const Bookmark& bookmark);
     explicit RawPostPresentationParser(Bookmark&&) = delete;
+    // For the post alone, without what came along.
+    RawPostPresentationParser(const Bookmark& bookmark, RawJSON tweet);
 
     // The post itself.
     [[nodiscard]] const RawJSONValue& tweet() const { return m_tweet; }

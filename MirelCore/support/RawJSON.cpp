@@ -209,19 +209,24 @@ private:
     size_t m_size;
 };
 
+// The same text with room for what the parser reads past its end. What has room already is not copied. The
+// capacity would also count room before the text.
+QByteArray padded(QByteArray utf8)
+{
+    static_assert(RawJSON::padding >= SIMDJSON_PADDING);
+    if (utf8.data_ptr().freeSpaceAtEnd() < RawJSON::padding)
+        utf8.reserve(utf8.size() + RawJSON::padding);
+    return utf8;
+}
+
 } // namespace
 
 RawJSON RawJSON::parse(const QByteArray& utf8)
 {
-    static_assert(padding >= SIMDJSON_PADDING);
     if (utf8.size() > std::numeric_limits<quint32>::max() - padding)
         throw RawJSONError(QStringLiteral("The JSON text is too long."));
     const auto tree = std::make_shared<RawJSONTree>();
-    tree->text = utf8;
-    // The text is only read from here on, so room that is there already needs no copy. The capacity would
-    // also count room before the text.
-    if (tree->text.data_ptr().freeSpaceAtEnd() < padding)
-        tree->text.reserve(utf8.size() + padding);
+    tree->text = padded(utf8);
     try {
         ondemand::parser parser;
         RawJSONBuilder(*tree, static_cast<size_t>(utf8.size())).build(parser);
@@ -229,6 +234,29 @@ RawJSON RawJSON::parse(const QByteArray& utf8)
         throw notJSON(error.what());
     }
     return RawJSON(tree);
+}
+
+std::optional<RawJSON> RawJSON::parseObject(const QByteArray& utf8, QByteArrayView key)
+{
+    // Its buffers are as large as the largest text so far, and making them takes longer than reading most
+    // texts.
+    thread_local dom::parser parser;
+    const QByteArray text = padded(utf8);
+    // Stricter than parse(): no half surrogate pairs, no numbers beyond 64 bits.
+    if (parser.allocate(static_cast<size_t>(text.size()), maximumDepth) != SUCCESS)
+        return std::nullopt;
+    dom::element root;
+    dom::object value;
+    const std::string_view name(key.data(), static_cast<size_t>(key.size()));
+    if (parser.parse(text.constData(), static_cast<size_t>(text.size()), false).get(root) != SUCCESS ||
+        root[name].get(value) != SUCCESS)
+        return std::nullopt;
+    try {
+        return parse(QByteArray::fromStdString(minify(value)));
+    } catch (const RawJSONError&) {
+        // Of half a surrogate pair, simdjson lets the second half pass and makes of it what is no UTF-8.
+        return std::nullopt;
+    }
 }
 
 } // namespace mirel

@@ -15,10 +15,12 @@ _mirelctl_words() {
 _mirelctl_options() {
     case $1 in
     sync) printf -- '--full' ;;
+    history) printf -- '--limit' ;;
     connect) printf -- '--client-id --client-secret-stdin --redirect-uri' ;;
     purge) printf -- '--yes' ;;
     list) printf -- '--filter --sort --limit --offset' ;;
     show) printf -- '--presentation' ;;
+    delete) printf -- '--keep-on-x' ;;
     search) printf -- '--filter --sort --limit --offset --ids --why' ;;
     count) printf -- '--filter' ;;
     'label create' | 'label rename') printf -- '--color' ;;
@@ -49,7 +51,7 @@ _mirelctl_command() {
 
 _mirelctl() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} candidates command
-    local commands='status sync list show open search count label folder rule highlight authors preferences connect disconnect purge'
+    local commands='status sync history list show open thread metrics delete search count label folder rule highlight authors preferences connect disconnect purge'
     # bash makes "=" a word of its own.
     if [[ $current == '=' ]]; then
         current=

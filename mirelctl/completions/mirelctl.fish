@@ -1,6 +1,6 @@
 # Completion of mirelctl for fish.
 
-set --local commands status sync list show open search count label folder rule highlight authors preferences connect disconnect purge
+set --local commands status sync history list show open thread metrics delete search count label folder rule highlight authors preferences connect disconnect purge
 
 complete -c mirelctl -f
 complete -c mirelctl -l data-dir -x -a '(__fish_complete_directories)' -d 'Directory of the library'
@@ -11,9 +11,13 @@ complete -c mirelctl -l version -d 'Show the version'
 
 complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a status -d 'Counts of the library and the last sync'
 complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a sync -d 'Fetch bookmarks from X'
+complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a history -d 'The syncs and what happened in them'
 complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a list -d 'List bookmarks'
 complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a show -d 'Show one bookmark'
 complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a open -d 'Read one bookmark'
+complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a thread -d 'Fetch the thread around a bookmark'
+complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a metrics -d 'Fetch the counters of a bookmark'
+complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a delete -d 'Delete a bookmark'
 complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a search -d 'Find bookmarks by an expression'
 complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a count -d 'Count what an expression finds'
 complete -c mirelctl -n "not __fish_seen_subcommand_from $commands" -a label -d 'Labels and what carries them'
@@ -45,6 +49,8 @@ for words in 'label list create rename merge delete add remove' \
 end
 
 complete -c mirelctl -n '__fish_seen_subcommand_from sync' -l full -d 'Read all bookmarks, not only the new ones'
+complete -c mirelctl -n '__fish_seen_subcommand_from history' -l limit -x -d 'At most so many'
+complete -c mirelctl -n "__fish_seen_subcommand_from delete; and not __fish_seen_subcommand_from label folder rule highlight" -l keep-on-x -d 'Not on X'
 complete -c mirelctl -n '__fish_seen_subcommand_from connect' -l client-id -x -d 'Of the developer app'
 complete -c mirelctl -n '__fish_seen_subcommand_from connect' -l client-secret-stdin -d 'The secret is the first line of standard input'
 complete -c mirelctl -n '__fish_seen_subcommand_from connect' -l redirect-uri -x -a 'mirel://oauth/x' -d 'The address registered with X'

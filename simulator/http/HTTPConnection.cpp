@@ -47,6 +47,8 @@ HTTPConnection::HTTPConnection(QTcpSocket* socket, HTTPHandler handler, QObject*
     , m_handler(std::move(handler))
 {
     m_socket->setParent(this);
+    // An answer goes out in several pieces, which must not wait for the client to acknowledge the first.
+    m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     connect(m_socket, &QTcpSocket::readyRead, this, [this] {
         m_parser.append(m_socket->readAll());
         handleNext();

@@ -16,20 +16,18 @@ public:
         QString name;
     };
 
-    explicit Folders(quint64 seed)
-        : m_seed(seed)
-    {
-    }
+    Folders(quint64 seed, int count);
 
-    [[nodiscard]] static const QList<Folder>& all();
+    [[nodiscard]] const QList<Folder>& all() const { return m_all; }
     // Position of the folder with that identifier, or absent.
-    [[nodiscard]] static std::optional<int> find(const QString& id);
+    [[nodiscard]] std::optional<int> find(const QString& id) const;
 
     // The bookmarks of a folder, newest first.
     [[nodiscard]] QList<int> serials(int folder, const Account& account) const;
 
 private:
     quint64 m_seed;
+    QList<Folder> m_all;
 };
 
 } // namespace mirel::simulator

@@ -106,7 +106,7 @@ HTTPResponse SimulatedX::folders(const HTTPRequest& request)
         return *refusal;
     const QByteArray list = listName("folders");
     const Paging place = paging(request, list);
-    const auto& all = Folders::all();
+    const auto& all = m_folders.all();
     // Counted from the end, so that `before` shrinks as in every list.
     const qsizetype start = place.before ? all.size() - *place.before : 0;
     QList<QByteArray> elements;
@@ -121,7 +121,7 @@ HTTPResponse SimulatedX::folderPosts(const HTTPRequest& request)
     if (const auto refusal = refusedUser(request))
         return *refusal;
     const QString id = lastSegment(request.path);
-    const auto folder = Folders::find(id);
+    const auto folder = m_folders.find(id);
     if (!folder)
         return refused(404, QStringLiteral("Not Found Error"),
                        QStringLiteral("There is no folder %1.").arg(id));

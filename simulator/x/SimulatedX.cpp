@@ -68,7 +68,7 @@ SimulatedX::SimulatedX(const SimulatorOptions& options, const QString& origin)
     : m_options(options)
     , m_factory(options.seed, options.posts, origin)
     , m_account(options.posts)
-    , m_folders(options.seed)
+    , m_folders(options.seed, options.folders)
     , m_tokens(m_identity, options.clock)
 {
 }

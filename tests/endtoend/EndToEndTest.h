@@ -29,6 +29,7 @@ protected:
         QProcessEnvironment result = plainEnvironment();
         result.insert(QStringLiteral("MIREL_LOCAL_DATA_DIR"), directory.path());
         result.insert(QStringLiteral("MIREL_X_API_URL"), simulator.apiURL());
+        result.insert(QStringLiteral("MIREL_X_AUTHORIZE_URL"), simulator.authorizeURL());
         // The demo must get along without a session bus.
         if (!m_usesKeyring)
             result.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QJsonValue>
+#include <QNetworkRequest>
 #include <QProcess>
 #include <QStringList>
 
@@ -17,6 +18,10 @@ public:
 
     // The root of the X API that it plays.
     [[nodiscard]] const QString& apiURL() const { return m_apiURL; }
+    // The page that asks the user.
+    [[nodiscard]] QString authorizeURL() const;
+    // Where the page sends the browser, which agrees at once.
+    [[nodiscard]] QString callbackOf(const QString& page) const;
 
     // Replaces what goes wrong; the default is nothing.
     void setScenario(const QByteArray& json = "{}") const;
@@ -24,6 +29,8 @@ public:
 
     // The bookmarked posts, newest bookmark first.
     [[nodiscard]] QStringList accountIDs() const;
+    // What X says to the owner of the account, for a path below the root of the API, and its query.
+    [[nodiscard]] QJsonValue askX(const QString& path) const;
     // One object for each request since the start or forgetRequests().
     [[nodiscard]] QJsonArray requests() const;
     void forgetRequests() const;
@@ -33,6 +40,8 @@ public:
 private:
     // Asks one of the simulator's own addresses. Throws std::runtime_error when it refuses.
     QJsonValue control(const QByteArray& method, const QString& path, const QByteArray& body = {}) const;
+    static QJsonValue send(const QByteArray& method, const QNetworkRequest& request,
+                           const QByteArray& body = {});
 
     QProcess m_process;
     QString m_apiURL;

@@ -128,5 +128,17 @@ TEST_F(LibraryListing, AListedBookmarkEqualsTheOneThatIsReadAlone)
     EXPECT_EQ(listed[1], store->bookmark(other));
 }
 
+TEST(MailboxesAndOrders, HaveTheirNamesInTheirOrder)
+{
+    QStringList names;
+    for (const auto& mailbox : rawValues(LibraryFilter()))
+        names.append(mailbox.text);
+    EXPECT_EQ(names.join(u' '), QStringLiteral("all inbox read favorites archive"));
+    names.clear();
+    for (const auto& order : rawValues(LibrarySort()))
+        names.append(order.text);
+    EXPECT_EQ(names.join(u' '), QStringLiteral("newest oldest author"));
+}
+
 } // namespace
 } // namespace mirel

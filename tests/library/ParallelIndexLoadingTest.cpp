@@ -1,5 +1,6 @@
 #include "testing/Printing.h"
 
+#include "library/ConnectionWatcher.h"
 #include "library/LibraryFilling.h"
 #include "library/ParallelIndexLoading.h"
 #include "library/SQLiteStoreError.h"
@@ -9,37 +10,12 @@
 
 #include <gtest/gtest.h>
 
-#include <sqlite3.h>
-
-#include <atomic>
 #include <numeric>
 
 namespace mirel {
 namespace {
 
-// Counts the connections that are opened while it lives, and refuses them on request.
-class ConnectionWatcher
-{
-public:
-    ConnectionWatcher()
-    {
-        opened = 0;
-        refuses = false;
-        sqlite3_auto_extension(reinterpret_cast<void (*)()>(watch));
-    }
-    ~ConnectionWatcher() { sqlite3_cancel_auto_extension(reinterpret_cast<void (*)()>(watch)); }
-    Q_DISABLE_COPY_MOVE(ConnectionWatcher)
-
-    static inline std::atomic<int> opened = 0;
-    static inline std::atomic<bool> refuses = false;
-
-private:
-    static int watch(sqlite3*, const char**, const sqlite3_api_routines*)
-    {
-        ++opened;
-        return refuses ? SQLITE_ERROR : SQLITE_OK;
-    }
-};
+using testing::ConnectionWatcher;
 
 class ParallelLoading : public ::testing::Test
 {

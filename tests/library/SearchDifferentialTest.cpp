@@ -78,6 +78,12 @@ protected:
 
     LocalLibraryStore& someStore() { return *m_stores[static_cast<size_t>(below(2))]; }
 
+    void reopen(std::unique_ptr<LocalLibraryStore>& store)
+    {
+        store = m_library.open(m_random.chance(2) ? SearchPreparation::whileOpening
+                                                  : SearchPreparation::onDemand);
+    }
+
     void fill()
     {
         while (m_plain.counts().all < 20)
@@ -93,7 +99,7 @@ protected:
     {
         const bool isForeign = m_random.chance(6);
         if (m_random.chance(60))
-            m_stores[static_cast<size_t>(below(2))] = m_library.open();
+            reopen(m_stores[static_cast<size_t>(below(2))]);
         if (!isForeign && m_random.chance(20))
             testing::failingStatements().arm(below(10));
         run(choose(isForeign ? testing::foreignEdits() : testing::storeEdits()));

@@ -34,7 +34,24 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         Accepted{"Status", "status", {.command = StatusCommand{}}},
         Accepted{"Sync", "sync", {.command = SyncCommand{.full = false}}},
+        Accepted{"Connect", "connect", {.command = ConnectCommand{}}},
+        Accepted{"ConnectWithAllOptions",
+                 "connect --client-id a --client-secret-stdin --redirect-uri b",
+                 {.command = ConnectCommand{QStringLiteral("a"), true, QStringLiteral("b")}}},
+        Accepted{"Disconnect", "disconnect", {.command = DisconnectCommand{}}},
+        Accepted{"Purge", "purge", {.command = PurgeCommand{}}},
+        Accepted{"PurgeThatIsMeant", "purge --yes", {.command = PurgeCommand{.yes = true}}},
         Accepted{"FullSync", "sync --full", {.command = SyncCommand{.full = true}}},
+        Accepted{"History", "history", {.command = HistoryCommand{}}},
+        Accepted{
+            "HistoryOfARun", "history #7", {.command = HistoryCommand{.reference = QStringLiteral("#7")}}},
+        Accepted{"HistoryWithALimit", "history --limit 3", {.command = HistoryCommand{.limit = 3}}},
+        Accepted{"Thread", "thread 123", {.command = ThreadCommand{QStringLiteral("123")}}},
+        Accepted{"Metrics", "metrics 123", {.command = MetricsCommand{QStringLiteral("123")}}},
+        Accepted{"Delete", "delete 123", {.command = DeleteCommand{QStringLiteral("123")}}},
+        Accepted{"DeleteHereAlone",
+                 "delete 123 --keep-on-x",
+                 {.command = DeleteCommand{QStringLiteral("123"), true}}},
         Accepted{"ListWithoutOptions", "list", {.command = ListCommand{}}},
         Accepted{"ListWithAllOptions",
                  "list --filter archive --sort author --limit 7 --offset 30",
@@ -192,14 +209,19 @@ INSTANTIATE_TEST_SUITE_P(
     Lines, RefusedCommandLine,
     ::testing::Values(
         Refused{"Nothing", "",
-                "Say what to do: status, sync, list, show, open, search, count, label, folder, rule, "
-                "highlight, authors or preferences; --help tells more."},
+                "Say what to do: status, sync, history, list, show, open, thread, metrics, delete, search, "
+                "count, "
+                "label, folder, rule, highlight, authors, preferences, connect, disconnect or purge; --help "
+                "tells more."},
         Refused{"OnlyOptions", "--json",
-                "Say what to do: status, sync, list, show, open, search, count, label, folder, rule, "
-                "highlight, authors or preferences; --help tells more."},
+                "Say what to do: status, sync, history, list, show, open, thread, metrics, delete, search, "
+                "count, "
+                "label, folder, rule, highlight, authors, preferences, connect, disconnect or purge; --help "
+                "tells more."},
         Refused{"UnknownCommand", "frobnicate",
-                "There is no command \"frobnicate\": use status, sync, list, show, open, search, count, "
-                "label, folder, rule, highlight, authors or preferences."},
+                "There is no command \"frobnicate\": use status, sync, history, list, show, open, thread, "
+                "metrics, delete, search, count, label, folder, rule, highlight, authors, preferences, "
+                "connect, disconnect or purge."},
         Refused{"UnknownOption", "--verbose status",
                 "There is no option --verbose before a command; --help tells more."},
         Refused{"UnknownOptionOfACommand", "status --verbose",
@@ -276,21 +298,33 @@ INSTANTIATE_TEST_SUITE_P(
                 "The preference \"appearance\" is given no value."},
         Refused{"PreferenceWithoutAName", "preferences set",
                 "The command \"preferences set\" takes the name of a preference and its value."},
+        Refused{"ThreadOfNothing", "thread",
+                "The command \"thread\" takes an X post id or a post's address."},
+        Refused{"HistoryOfTwoRuns", "history 1 2",
+                "The argument \"2\" is one too many for the command \"history\"."},
+        Refused{"HistoryOfNoRuns", "history --limit 0",
+                "The option --limit takes a whole number of at least 1, not \"0\"."},
+        Refused{"SecretAsAnArgument", "connect --client-secret hidden",
+                "The command \"connect\" has no option --client-secret; --help tells more."},
+        Refused{"ArgumentOfConnect", "connect me",
+                "The argument \"me\" is one too many for the command \"connect\"."},
         Refused{"ArgumentOfSync", "sync now",
                 "The argument \"now\" is one too many for the command \"sync\"."}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST(CommandLine, HelpNamesEveryCommandAndOption)
 {
-    EXPECT_EQ(commandNames().size(), 33);
+    EXPECT_EQ(commandNames().size(), 40);
     for (const QString& name : commandNames())
         EXPECT_TRUE(helpText().contains(QStringLiteral("\n  ") + name)) << name.toStdString();
     for (const char* name :
-         {"--full",   "--filter",  "--sort",      "--limit",          "--offset", "--presentation",
-          "--ids",    "--why",     "--color",     "--into",           "--name",   "--description",
-          "--parent", "--query",   "--no-parent", "--no-description", "--label",  "--folder",
-          "--start",  "--end",     "--disabled",  "--context",        "--json",   "--demo",
-          "--help",   "--version", "--data-dir"})
+         {"--full",           "--filter",      "--sort",      "--limit",     "--offset",
+          "--presentation",   "--ids",         "--why",       "--color",     "--into",
+          "--name",           "--description", "--parent",    "--query",     "--no-parent",
+          "--no-description", "--label",       "--folder",    "--start",     "--end",
+          "--disabled",       "--context",     "--json",      "--demo",      "--help",
+          "--version",        "--data-dir",    "--keep-on-x", "--client-id", "--client-secret-stdin",
+          "--redirect-uri",   "--yes"})
         EXPECT_TRUE(helpText().contains(QLatin1StringView(name))) << name;
 }
 

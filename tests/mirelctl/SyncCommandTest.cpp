@@ -75,6 +75,31 @@ TEST(SyncCommand, RewritesOneLineWithTheProgressAndTakesItAwayAtTheEnd)
     EXPECT_TRUE(shown.contains("\rPage 2: 3 received, 3 new\x1b[K"));
 }
 
+TEST(SyncCommand, FullyBringsFoldersThreadsAndWhatTheRulesFile)
+{
+    TestModel test(twoPages());
+    test.x->folders = {{QStringLiteral("F1"), QStringLiteral("Kitchen")}};
+    test.x->postsInFolders = {makePost(2).tweetID};
+    test.x->thread = {{.tweetID = QStringLiteral("1")}, {.tweetID = QStringLiteral("2")}};
+    blockOn(test.model->store()->call([](LocalLibraryStore& library) {
+        AppPreferences preferences;
+        preferences.threadEnrichment = AppPreferences::ThreadEnrichment::automatic;
+        library.savePreferences(preferences);
+        const Tag label =
+            library.createTag(QStringLiteral("Filed"), QStringLiteral("#123456"), Tag::Source::manual);
+        library.createRule(QStringLiteral("Filed"), QStringLiteral("folder:kitchen"),
+                           BookmarkRule::Action::tag, label.id, true);
+    }));
+    EXPECT_EQ(SyncCommand{.full = true}.run(*test.model, {}),
+              "Full sync checked every page X made available: 3 bookmarks across 2 page(s), 3 new.\n");
+    const auto bookmark = blockOn(test.model->store()->call(
+        [](LocalLibraryStore& library) { return library.bookmark(makePost(2).tweetID); }));
+    ASSERT_TRUE(bookmark && bookmark->folder);
+    EXPECT_EQ(bookmark->folder->name, QStringLiteral("Kitchen"));
+    EXPECT_EQ(bookmark->tags.size(), 1);
+    EXPECT_EQ(bookmark->thread.size(), 2);
+}
+
 class InterruptedSync : public ::testing::TestWithParam<int>
 {
 };
@@ -101,6 +126,7 @@ TEST_P(InterruptedSync, EndsWithItsRunFailedAndKeepsWhatArrived)
     const auto runs = runsOf(test);
     ASSERT_EQ(runs.size(), 1);
     EXPECT_EQ(runs[0].status, SyncRun::Status::failed);
+    EXPECT_EQ(runs[0].errorMessage, QStringLiteral("Sync canceled."));
     EXPECT_EQ(runs[0].fetched, 2);
     EXPECT_EQ(blockOn(test.model->store()->call([](LocalLibraryStore& library) {
                   return library.libraryCounts();

@@ -39,8 +39,7 @@ public:
 
     QCoro::Task<XUser> currentUser() override
     {
-        if (isOffline)
-            throw XAPIError::http(503, QStringLiteral("down"));
+        requireOnline();
         if (isSilent)
             co_await waitForCancel();
         co_return XUser{QStringLiteral("42"), QStringLiteral("Ada"), QStringLiteral("ada")};
@@ -48,29 +47,60 @@ public:
 
     QCoro::Task<XPage<XBookmarkFolder>> bookmarkFolders(std::optional<QString>, qint64) override
     {
-        throw unasked();
+        co_return XPage<XBookmarkFolder>{.items = folders};
     }
     QCoro::Task<XPage<QString>> folderPostIDs(QString, std::optional<QString>, qint64) override
     {
-        throw unasked();
+        co_return XPage<QString>{.items = postsInFolders};
     }
-    QCoro::Task<PostMetrics> metrics(QString) override { throw unasked(); }
-    QCoro::Task<QList<ThreadPost>> conversation(QString, QString) override { throw unasked(); }
-    QCoro::Task<> deleteBookmark(QString) override { throw unasked(); }
+    QCoro::Task<PostMetrics> metrics(QString) override
+    {
+        requireOnline();
+        if (isSilent) {
+            hangs = true;
+            co_await waitForCancel();
+            throw XAPIError::http(499, QStringLiteral("canceled"));
+        }
+        co_return std::as_const(counters);
+    }
+    QCoro::Task<QList<ThreadPost>> conversation(QString, QString) override
+    {
+        requireOnline();
+        co_return std::as_const(thread);
+    }
+    QCoro::Task<> deleteBookmark(QString tweetID) override
+    {
+        requireOnline();
+        removed.append(tweetID);
+        co_return;
+    }
 
     void cancel() { m_cancellation.setInterval(0); }
 
     std::atomic<bool> hangs = false;
     bool isOffline = false;
+    // Answers only once it is canceled.
     bool isSilent = false;
 
+    QList<XBookmarkFolder> folders;
+    // In each folder.
+    QStringList postsInFolders;
+    QList<ThreadPost> thread;
+    PostMetrics counters;
+    // The posts that were taken out of the bookmarks.
+    QStringList removed;
+
 private:
+    void requireOnline() const
+    {
+        if (isOffline)
+            throw XAPIError::http(503, QStringLiteral("down"));
+    }
     QCoro::Task<> waitForCancel()
     {
         m_cancellation.start(std::chrono::hours(1));
         co_await m_cancellation;
     }
-    static std::logic_error unasked() { return std::logic_error("The commands do not ask for this."); }
 
     QList<std::optional<QList<SyncedBookmark>>> m_pages;
     QTimer m_cancellation;

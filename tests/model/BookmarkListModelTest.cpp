@@ -94,6 +94,17 @@ TEST_F(BookmarkList, AChangedBookmarkUpdatesItsRowAlone)
     EXPECT_EQ(role(1, BookmarkListModel::TextRole), QStringLiteral("new"));
 }
 
+TEST_F(BookmarkList, NeighboursComeAndGoTogether)
+{
+    model.setBookmarks(makeBookmarks({1, 2, 3, 4, 5, 6}));
+    QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
+    QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
+    model.setBookmarks(makeBookmarks({3, 11, 12, 13, 6, 14, 15}));
+    EXPECT_EQ(removed.size(), 2);
+    EXPECT_EQ(inserted.size(), 2);
+    EXPECT_EQ(model.bookmarks(), makeBookmarks({3, 11, 12, 13, 6, 14, 15}));
+}
+
 TEST_F(BookmarkList, AnyListBecomesAnyOther)
 {
     QRandomGenerator random(7);

@@ -1,6 +1,7 @@
 #include "testing/Printing.h"
 
 #include "model/ModelTestBench.h"
+#include "testing/FailingSQLite.h"
 
 #include <QSignalSpy>
 
@@ -420,6 +421,33 @@ TEST_F(LibraryState, AFailedReadIsToldAndKeepsWhatTheListShowed)
     EXPECT_TRUE(model->lastError()) << "a later success does not clear an error";
     model->dismissError();
     EXPECT_EQ(model->lastError(), std::nullopt);
+}
+
+TEST_F(LibraryState, AFailureOfEitherReadKeepsBothOldResults)
+{
+    static_cast<void>(testing::failingStatements());
+    startWith(3);
+    bool hasFailed = true;
+    int failures = 0;
+    for (int skipped = 0; hasFailed; ++skipped) {
+        library.open()->upsertFromX(testing::makePost(100 + skipped), library.clock.now());
+        const qsizetype shown = model->bookmarks().size();
+        const qint64 counted = model->counts().all;
+        model->dismissError();
+        testing::failingStatements().arm(skipped);
+        blockOn(model->refreshLibrary());
+        hasFailed = testing::failingStatements().fired();
+        testing::failingStatements().disarm();
+        if (!hasFailed)
+            break;
+        ++failures;
+        EXPECT_TRUE(model->lastError());
+        EXPECT_EQ(model->bookmarks().size(), shown);
+        EXPECT_EQ(model->counts().all, counted);
+        EXPECT_FALSE(model->isLoading());
+    }
+    EXPECT_GT(failures, 3) << "the search and the counting both ask the library";
+    EXPECT_EQ(model->bookmarks().size(), model->counts().all);
 }
 
 } // namespace

@@ -276,6 +276,53 @@ TEST_F(Navigation, GoingBackToAPostThatIsGoneShowsItsListAndSaysNothing)
     EXPECT_EQ(model->bookmarks().size(), 2);
 }
 
+TEST_F(Navigation, GoingBackToAPostThatCannotBeReadShowsItsListAndSaysNothing)
+{
+    startWith(60);
+    const qint64 away = idOf(60);
+    blockOn(model->nextPage());
+    blockOn(model->openBookmark(away));
+    blockOn(model->openMailbox(LibraryFilter::archive));
+    library.connect()->execute("UPDATE bookmarks SET media_json = '' WHERE id = " + QByteArray::number(away));
+    blockOn(model->goBack());
+    EXPECT_FALSE(model->isReaderOpen());
+    EXPECT_EQ(model->lastError(), std::nullopt);
+}
+
+TEST_F(Navigation, GoingBackToTheMediaReadsThemAnew)
+{
+    makeModel();
+    blockOn(model->start());
+    blockOn(model->show(SidebarDestination::media));
+    blockOn(model->show(SidebarDestination::library));
+    ASSERT_TRUE(model->mediaBookmarks().isEmpty());
+    SyncedBookmark post = testing::makePost(1);
+    post.media.append({.id = QStringLiteral("3_1"),
+                       .kind = MediaKind::photo,
+                       .url = QUrl(QStringLiteral("https://pictures.example/1.jpg"))});
+    library.open()->upsertFromX(post, library.clock.now());
+    blockOn(model->goBack());
+    EXPECT_EQ(model->selection(), SidebarDestination::media);
+    EXPECT_EQ(model->mediaBookmarks().size(), 1);
+}
+
+TEST_F(Navigation, GoingBackToWhatOrganizesTheLibraryReadsItAnew)
+{
+    makeModel();
+    blockOn(model->start());
+    using enum SidebarDestination;
+    for (const SidebarDestination destination : {labels, folders, rules, authors}) {
+        blockOn(model->show(destination));
+        blockOn(model->show(library));
+        const qsizetype before = model->tagSummaries().size();
+        this->library.open()->createTag(rawValue(destination), QStringLiteral("#3E6BF5"),
+                                        Tag::Source::manual);
+        blockOn(model->goBack());
+        EXPECT_EQ(model->selection(), destination);
+        EXPECT_EQ(model->tagSummaries().size(), before + 1) << rawValue(destination).toStdString();
+    }
+}
+
 TEST_F(Navigation, WithNothingToGoBackToTheReaderCloses)
 {
     startWith(3);

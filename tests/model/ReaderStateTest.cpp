@@ -90,6 +90,55 @@ TEST_F(ReaderState, OfTwoPostsThatAreOpenedTheFirstResultIsDropped)
     EXPECT_EQ(model->selectedBookmarkID(), here);
 }
 
+TEST_F(ReaderState, NeverShowsTheHighlightsOfThePostBefore)
+{
+    startWith(3);
+    const qint64 first = idOf(1);
+    const qint64 second = idOf(2);
+    library.open()->createHighlight(first, QStringLiteral("Post"), {}, 0, 4, QStringLiteral("#fde68a"),
+                                    Instant());
+    blockOn(model->openBookmark(first));
+    ASSERT_EQ(model->highlights().size(), 1);
+    HeldLibrary held(*model);
+    auto opening = model->openBookmark(second);
+    EXPECT_TRUE(model->highlights().isEmpty());
+    held.release();
+    blockOn(std::move(opening));
+    EXPECT_TRUE(model->highlights().isEmpty());
+}
+
+TEST_F(ReaderState, TheHighlightsOfAPostThatTheUserHasLeftAreDropped)
+{
+    startWith(3);
+    const qint64 first = idOf(1);
+    const qint64 second = idOf(2);
+    library.open()->createHighlight(first, QStringLiteral("Post"), {}, 0, 4, QStringLiteral("#fde68a"),
+                                    Instant());
+    HeldLibrary held(*model);
+    auto left = model->openBookmark(first);
+    auto opening = model->openBookmark(second);
+    held.release();
+    blockOn(std::move(left));
+    blockOn(std::move(opening));
+    EXPECT_EQ(model->readerBookmark()->id, second);
+    EXPECT_TRUE(model->highlights().isEmpty());
+}
+
+TEST_F(ReaderState, APostThatIsOpenKeepsItsHighlightsWhenItIsOpenedAgain)
+{
+    startWith(3);
+    const qint64 id = idOf(1);
+    library.open()->createHighlight(id, QStringLiteral("Post"), {}, 0, 4, QStringLiteral("#fde68a"),
+                                    Instant());
+    blockOn(model->openBookmark(id));
+    HeldLibrary held(*model);
+    auto again = model->openBookmark(id);
+    EXPECT_EQ(model->highlights().size(), 1);
+    held.release();
+    blockOn(std::move(again));
+    EXPECT_EQ(model->highlights().size(), 1);
+}
+
 TEST_F(ReaderState, APostThatIsOpenIsNoNewPlace)
 {
     startWith(3);

@@ -26,6 +26,22 @@ TEST(PresentationFacts, AgreeWithThePresentationOfAnyEnvelope)
         EXPECT_GT(seen.value(QStringLiteral("Quoted ") + label(row.value).toLower()), 50) << row.text.data();
 }
 
+TEST(PresentationFacts, AgreeWithThePresentationOfADamagedEnvelope)
+{
+    RandomEnvelopes envelopes(20261122);
+    testing::RandomChoices random(20261123);
+    const QList<QByteArray> damages{"\"",        "\\",        "{",     "}",
+                                    ",",         "\x01",      "\xff",  R"(\ud800)",
+                                    R"(\udc00)", R"(\u0065)", "1e999", "123456789012345678901234567890"};
+    for (int i = 0; i < 8000; ++i) {
+        Bookmark bookmark = envelopes.bookmark();
+        const int place = random.below(static_cast<int>(bookmark.rawJSON.size()));
+        bookmark.rawJSON.insert(place, damages.at(random.below(static_cast<int>(damages.size()))));
+        ASSERT_EQ(PresentationFacts::of(bookmark), factsOf(PostPresentation(bookmark)))
+            << bookmark.rawJSON.toStdString();
+    }
+}
+
 TEST(PresentationFacts, FindTheMediaOfAnArticleInItsBlocksAlone)
 {
     const QByteArray envelope = R"({"tweet":{},"includes":{"media":[{"media_key":"3_1","type":"photo",

@@ -2,7 +2,7 @@
 source "$(dirname -- "${BASH_SOURCE[0]}")/testing.sh"
 source "$project/mirelctl/completions/mirelctl.bash"
 
-commands='status sync list show open search count label folder rule highlight authors preferences connect disconnect purge'
+commands='status sync history list show open thread metrics delete search count label folder rule highlight authors preferences connect disconnect purge'
 common='--data-dir --json --demo --help --version'
 
 # What bash offers after the words given, of which the last one is being typed.
@@ -18,6 +18,10 @@ test_offers_commands_and_options_first() {
     expect_equal "$(offered_after '')" \
         "--data-dir --json --demo --help --version $commands"
     expect_equal "$(offered_after 's')" 'status sync show search'
+    expect_equal "$(offered_after history --l)" '--limit'
+    expect_equal "$(offered_after delete --k)" '--keep-on-x'
+    expect_equal "$(offered_after thread --)" "$common"
+    expect_equal "$(offered_after metrics --)" "$common"
     expect_equal "$(offered_after --json l)" 'list label'
     expect_equal "$(offered_after --d)" '--data-dir --demo'
 }
@@ -108,8 +112,9 @@ options_in() {
 
 test_knows_the_same_options_in_every_shell() {
     local expected
-    expected=$(printf '%s\n' color context data-dir demo description disabled end filter folder full help ids into \
-        json label limit name no-description no-parent offset parent presentation query sort start version why)
+    expected=$(printf '%s\n' client-id client-secret-stdin color context data-dir demo description \
+        disabled end filter folder full help ids into json keep-on-x label limit name no-description \
+        no-parent offset parent presentation query redirect-uri sort start version why yes)
     expect_equal "$(options_in mirelctl.bash --)" "$expected"
     expect_equal "$(options_in _mirelctl --)" "$expected"
     expect_equal "$(options_in mirelctl.fish '-l ')" "$expected"

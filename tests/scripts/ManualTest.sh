@@ -14,7 +14,7 @@ test_explains_every_option_that_is_completed() {
     # Printers strike letters twice to make them bold.
     manual=$(mandoc -T ascii "$project/mirelctl/mirelctl.1" | sed 's/.\x08//g')
     mapfile -t options < <(grep -oE -- '--[a-z]+[a-z-]*' "$project/mirelctl/completions/mirelctl.bash" | sort -u)
-    expect_equal "${#options[@]}" 31
+    expect_equal "${#options[@]}" 32
     for option in "${options[@]}"; do
         expect_contains "$manual" "$option"
     done
@@ -24,7 +24,7 @@ test_explains_every_command() {
     source "$project/mirelctl/completions/mirelctl.bash"
     local group word manual
     manual=$(mandoc -T ascii "$project/mirelctl/mirelctl.1" | sed 's/.\x08//g')
-    for word in status sync list show open authors search count connect disconnect purge; do
+    for word in status sync history list show open thread metrics delete authors search count connect disconnect purge; do
         expect_contains "$manual" $'\n     '"$word"
     done
     for group in label folder rule highlight preferences; do

@@ -4,6 +4,8 @@
 #include "simulator/x/Folders.h"
 #include "simulator/x/PageToken.h"
 
+#include <QSet>
+
 #include <gtest/gtest.h>
 
 namespace mirel::simulator {
@@ -61,13 +63,31 @@ TEST(PageToken, IsReadOnlyByTheListThatItWasMadeFor)
 
 TEST(Folders, HoldPostsOfTheAccountAndOneHoldsNone)
 {
-    const Folders folders(3);
+    const Folders folders(3, 6);
     Account account(200);
     const QList<int> before = folders.serials(0, account);
     ASSERT_GT(before.size(), 3);
     account.remove(before.first());
     EXPECT_EQ(folders.serials(0, account), before.mid(1));
-    EXPECT_TRUE(folders.serials(static_cast<int>(Folders::all().size()) - 1, account).isEmpty());
+    EXPECT_TRUE(folders.serials(5, account).isEmpty());
+}
+
+TEST(Folders, AreAsManyAsAskedForAndShareNoPost)
+{
+    const Folders folders(3, 40);
+    const Account account(400);
+    ASSERT_EQ(folders.all().size(), 40);
+    QSet<QString> names;
+    QList<int> filed;
+    for (int i = 0; i < 40; ++i) {
+        names.insert(folders.all()[i].name);
+        EXPECT_EQ(folders.find(folders.all()[i].id), i);
+        filed += folders.serials(i, account);
+    }
+    EXPECT_EQ(names.size(), 40);
+    EXPECT_GT(filed.size(), 100);
+    EXPECT_EQ(QSet<int>(filed.begin(), filed.end()).size(), filed.size());
+    EXPECT_TRUE(Folders(3, 0).all().isEmpty());
 }
 
 } // namespace

@@ -29,10 +29,11 @@ TEST(CommandLine, ReadsItsNumbers)
 {
     const CommandLine line =
         parse({QStringLiteral("--posts"), QStringLiteral("50000"), QStringLiteral("--seed=9"),
-               QStringLiteral("--port"), QStringLiteral("8080")});
+               QStringLiteral("--port"), QStringLiteral("8080"), QStringLiteral("--folders=40")});
     EXPECT_EQ(line.options.posts, 50'000);
     EXPECT_EQ(line.options.seed, 9U);
     EXPECT_EQ(line.options.port, 8080);
+    EXPECT_EQ(line.options.folders, 40);
     EXPECT_TRUE(line.notice.isEmpty());
     EXPECT_FALSE(line.scenario);
 }
@@ -44,6 +45,8 @@ TEST(CommandLine, SaysWhatIsWrongWithItsArguments)
          QStringLiteral("--posts needs a number from 0 to 50000, not “50001”.")},
         {{QStringLiteral("--posts"), QStringLiteral("-1")},
          QStringLiteral("--posts needs a number from 0 to 50000, not “-1”.")},
+        {{QStringLiteral("--folders"), QStringLiteral("1001")},
+         QStringLiteral("--folders needs a number from 0 to 1000, not “1001”.")},
         {{QStringLiteral("--port"), QStringLiteral("http")},
          QStringLiteral("--port needs a number from 0 to 65535, not “http”.")},
         {{QStringLiteral("now")}, QStringLiteral("Unexpected argument “now”.")},

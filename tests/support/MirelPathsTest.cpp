@@ -82,6 +82,29 @@ TEST_F(MirelPathsTest, IgnoresRelativeAndEmptyBaseDirectories)
 }
 #endif
 
+#ifndef Q_OS_MACOS
+TEST_F(MirelPathsTest, MeetsInTheRuntimeDirectoryWhenItIsTheUsersAlone)
+{
+    ASSERT_TRUE(QDir().mkdir(path("run")));
+    const QFile::Permissions owner = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    ASSERT_TRUE(QFile::setPermissions(path("run"), owner));
+    set("XDG_RUNTIME_DIR", path("run"));
+    EXPECT_EQ(MirelPaths::runtimeDirectory(m_environment), path("run"));
+    ASSERT_TRUE(QFile::setPermissions(path("run"), owner | QFile::ReadOther));
+    EXPECT_EQ(MirelPaths::runtimeDirectory(m_environment), path(".local/share/Mirel"));
+}
+
+TEST_F(MirelPathsTest, MeetsBesideTheLibraryWithoutARuntimeDirectory)
+{
+    set("MIREL_LOCAL_DATA_DIR", path("elsewhere"));
+    for (const QString& value : {QString(), QStringLiteral("run"), path("missing")}) {
+        set("XDG_RUNTIME_DIR", value);
+        EXPECT_EQ(MirelPaths::runtimeDirectory(m_environment), path(".local/share/Mirel"));
+    }
+    EXPECT_TRUE(QFileInfo(path(".local/share/Mirel")).isDir());
+}
+#endif
+
 TEST_F(MirelPathsTest, CreatesNoCacheDirectory)
 {
     EXPECT_FALSE(QFileInfo::exists(caches()));

@@ -29,6 +29,19 @@ QString describeFailure(const QByteArray& json)
     return QStringLiteral("no failure");
 }
 
+bool canBeParsed(const QByteArray& json)
+{
+    return describeFailure(json) == QStringLiteral("no failure");
+}
+
+qsizetype memberCount(const RawJSONValue& value)
+{
+    qsizetype count = 0;
+    for ([[maybe_unused]] const RawJSONValue member : value.children())
+        ++count;
+    return count;
+}
+
 struct NamedJSON
 {
     const char* name;
@@ -230,6 +243,79 @@ TEST(RawJSON, ReadsATextThatBelongsToAnother)
     const auto text = QByteArray::fromRawData(memory.data(), 5);
     EXPECT_EQ(RawJSON::parse(text).root().canonical(), R"(["a"])");
     EXPECT_EQ(RawJSON::parse(QByteArray::fromRawData("12345", 2)).root().integer(), 12);
+}
+
+TEST(RawJSON, ReadsOneObjectAsReadingAllOfItDoes)
+{
+    for (const char* text : {
+             R"({"tweet":{"id":"1","text":"a\n\u00e9\ud83d\ude00\u0000b","urls":[{"url":"x"},null,true]}})",
+             R"( {"includes" : {"tweet":{"id":"9"}}, "tweet" : { "b" : {} , "a" : [ ] } } )",
+             R"({"tweet":{"id":"first","id":"again"},"tweet":{"id":"second"}})",
+             R"({"tw\u0065et":{"k\u0065y":"value"}})",
+             R"({"tweet":{"number":-9223372036854775808,"other":18446744073709551615}})",
+         }) {
+        const auto object = RawJSON::parseObject(text, "tweet");
+        ASSERT_TRUE(object) << text;
+        const RawJSON whole = RawJSON::parse(text);
+        const auto expected = whole.root().firstMember("tweet");
+        ASSERT_TRUE(expected) << text;
+        ASSERT_EQ(memberCount(object->root()), memberCount(*expected)) << text;
+        auto member = expected->children().begin();
+        for (const RawJSONValue value : object->root().children()) {
+            EXPECT_EQ(value.key(), (*member).key()) << text;
+            EXPECT_EQ(value.kind(), (*member).kind()) << text;
+            EXPECT_EQ(value.stringIfAny(), (*member).stringIfAny()) << text;
+            EXPECT_EQ(value.integerPart(), (*member).integerPart()) << text;
+            ++member;
+        }
+    }
+}
+
+TEST(RawJSON, ReadsOneObjectOnlyOfATextThatIsJSONThroughout)
+{
+    const QByteArray text = R"({"before":[1,"a",{"b":null}],"tweet":{"id":"1"},"after":[1,"a",{"b":null}]})";
+    ASSERT_TRUE(RawJSON::parseObject(text, "tweet"));
+    for (qsizetype place = 0; place < text.size(); ++place) {
+        EXPECT_FALSE(RawJSON::parseObject(text.first(place), "tweet")) << place;
+        for (const char wrong : {'\x01', '\xff', '#', '}'}) {
+            QByteArray damaged = text;
+            damaged[place] = wrong;
+            EXPECT_TRUE(canBeParsed(damaged) || !RawJSON::parseObject(damaged, "tweet"))
+                << damaged.constData();
+        }
+    }
+    EXPECT_FALSE(RawJSON::parseObject(text + '}', "tweet"));
+    EXPECT_FALSE(RawJSON::parseObject(text + text, "tweet"));
+    EXPECT_FALSE(RawJSON::parseObject({}, "tweet"));
+}
+
+TEST(RawJSON, FindsNoObjectWhereTheFirstValueOfThatKeyIsNone)
+{
+    for (const char* text : {"{}", "[]", "1", "\"tweet\"", R"({"tweets":{}})", R"({"a":{"tweet":{}}})",
+                             R"({"tweet":null})", R"({"tweet":[]})", R"({"tweet":"{}","tweet":{}})"})
+        EXPECT_FALSE(RawJSON::parseObject(text, "tweet")) << text;
+}
+
+TEST(RawJSON, LeavesTextsOutOfTheOrdinaryToReadingAllOfThem)
+{
+    for (const QByteArray& text : {
+             QByteArray(R"({"tweet":{"text":"\ud83d"}})"),
+             QByteArray(R"({"tweet":{"text":"\ude00"}})"),
+             QByteArray(R"({"tweet":{"id":1e999}})"),
+             QByteArray(R"({"tweet":{"id":123456789012345678901234567890}})"),
+         }) {
+        EXPECT_TRUE(canBeParsed(text)) << text.constData();
+        EXPECT_FALSE(RawJSON::parseObject(text, "tweet")) << text.constData();
+    }
+}
+
+TEST(RawJSON, ReadsOneObjectOfATextThatIsNestedToTheLimitAndNoDeeper)
+{
+    const auto nested = [](int depth) {
+        return "{\"tweet\":{},\"deep\":" + QByteArray(depth - 1, '[') + QByteArray(depth - 1, ']') + '}';
+    };
+    EXPECT_TRUE(RawJSON::parseObject(nested(RawJSON::maximumDepth), "tweet"));
+    EXPECT_FALSE(RawJSON::parseObject(nested(RawJSON::maximumDepth + 1), "tweet"));
 }
 
 TEST(RawJSON, KnowsAValueThatHoldsNothing)

@@ -29,9 +29,10 @@ public:
     [[nodiscard]] QString directory() const { return m_directory.path(); }
 
     // Opens the library's store.
-    std::unique_ptr<LocalLibraryStore> open() const
+    std::unique_ptr<LocalLibraryStore> open(SearchPreparation preparation = SearchPreparation::onDemand) const
     {
-        return std::make_unique<LocalLibraryStore>(path(), clock.clock());
+        return std::make_unique<LocalLibraryStore>(path(), clock.clock(), FileManager::standard(),
+                                                   preparation);
     }
 
     // A connection of its own, for looking at the tables.

@@ -322,6 +322,18 @@ TEST_F(FolderSync, AFolderThatCannotBeStoredFailsTheRun)
     EXPECT_EQ(folders().size(), 1);
 }
 
+TEST_F(FolderSync, AFolderThatWasRenamedOnOneSideFailsTheRun)
+{
+    foldersOnX({QStringLiteral("Kitchen")});
+    syncFully();
+    foldersOnX({QStringLiteral("Cooking")});
+    EXPECT_EQ(errorOf<SQLiteStoreError>([this] { syncFully(); })->errorCase(),
+              SQLiteStoreError::Case::execute)
+        << "another folder has the id already";
+    EXPECT_EQ(lastRun().status, SyncRun::Status::failed);
+    EXPECT_EQ(folders().size(), 1);
+}
+
 TEST_F(FolderSync, AFolderThatIsNotThereAfterItWasStoredFailsTheRun)
 {
     connection->execute("CREATE TRIGGER vanish AFTER INSERT ON folders "

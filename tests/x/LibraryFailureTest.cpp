@@ -151,7 +151,8 @@ class FailingSync : public ::testing::TestWithParam<FailureCase>
 {
 };
 
-// One sync of two pages into a library that holds the first post already.
+// One full sync of two pages, a folder and threads, with a rule, into a library that holds the first post
+// already.
 struct FailingSyncRun
 {
     TemporaryLibrary library;
@@ -162,7 +163,8 @@ struct FailingSyncRun
     void run(FailureCountdown& countdown, int n)
     {
         prepare(library, Before::current);
-        x.answer = [](int call) { return call == 0 ? makePage(1, 4, QStringLiteral("a")) : makePage(5, 6); };
+        prepareUser();
+        prepareX();
         Serial<LocalLibraryStore> store(std::make_shared<ServiceThread>(QStringLiteral("library")),
                                         [this] { return library.open(); });
         MirelSyncService service(x, store, library.clock.clock());
@@ -178,6 +180,34 @@ struct FailingSyncRun
             EXPECT_FALSE(error.description().isEmpty());
         }
         countdown.disarm();
+    }
+
+    void prepareUser() const
+    {
+        const auto opened = library.open();
+        opened->savePreferences([] {
+            AppPreferences preferences;
+            preferences.threadEnrichment = AppPreferences::ThreadEnrichment::automatic;
+            return preferences;
+        }());
+        const Tag label =
+            opened->createTag(QStringLiteral("Filed"), QStringLiteral("#123456"), Tag::Source::manual);
+        opened->createRule(QStringLiteral("Filed"), QStringLiteral("folder:kitchen"),
+                           BookmarkRule::Action::tag, label.id, true);
+    }
+
+    void prepareX()
+    {
+        x.answer = [](int call) { return call == 0 ? makePage(1, 4, QStringLiteral("a")) : makePage(5, 6); };
+        x.folders = [](std::optional<QString>) {
+            return XPage<XBookmarkFolder>{.items = {{QStringLiteral("F1"), QStringLiteral("Kitchen")}}};
+        };
+        x.folderPosts = [](const QString&, std::optional<QString>) {
+            return XPage<QString>{.items = {makePost(2).tweetID, makePost(6).tweetID}};
+        };
+        x.thread = [](const QString& conversation) {
+            return testing::makeThread(conversation == u"20003" ? 3 : 0);
+        };
     }
 
     void expectNothingLost(int n)
@@ -197,7 +227,13 @@ struct FailingSyncRun
                                         [this] { return library.open(); });
         MirelSyncService service(x, store, library.clock.clock());
         EXPECT_EQ(blockOn(service.sync(SyncRun::Kind::manual, BookmarkSyncMode::full, {})).fetched, 6);
-        EXPECT_EQ(blockOn(store.call([](LocalLibraryStore& it) { return it.libraryCounts().all; })), 6);
+        const QList<Bookmark> bookmarks = blockOn(store.call([](LocalLibraryStore& it) {
+            return it.listBookmarks(LibraryFilter::all, 100, 0, LibrarySort::oldest);
+        }));
+        ASSERT_EQ(bookmarks.size(), 6);
+        EXPECT_EQ(bookmarks[1].folder->name, QStringLiteral("Kitchen"));
+        EXPECT_EQ(bookmarks[5].tags.size(), 1);
+        EXPECT_EQ(bookmarks[2].thread.size(), 3);
     }
 };
 

@@ -1,5 +1,6 @@
 #include "testing/Printing.h"
 
+#include "x/HeldTransport.h"
 #include "x/VaultThatCannotSave.h"
 #include "x/XAPIClientTest.h"
 
@@ -170,6 +171,21 @@ TEST_F(XAPIClientRefresh, PassesAFailureToSaveOnWithoutUsingTheNewToken)
     transport.answer(200, R"({"access_token":"new"})");
     EXPECT_THROW(static_cast<void>(blockOn(other.currentUser())), VaultLocked);
     EXPECT_EQ(transport.requests().size(), 1);
+}
+
+TEST_F(XAPIClientRefresh, DoesNotBringBackWhatWasRemovedMeanwhile)
+{
+    store(expiringIn(0));
+    HeldTransport network;
+    XAPIClient other(vault, network, QUrl(QStringLiteral("https://api.example/2")),
+                     [] { return Instant::fromSecondsSince1970(nowSeconds); });
+    auto asking = other.currentUser();
+    ASSERT_EQ(network.count(), 1);
+    blockOn(vault.clearAll());
+    network.answer(0, 200, R"({"access_token":"new"})");
+    EXPECT_EQ(failure(std::move(asking)), XAPIError::credentialsMissing());
+    EXPECT_EQ(blockOn(vault.loadXCredentials()), std::nullopt);
+    EXPECT_EQ(network.count(), 1);
 }
 
 } // namespace

@@ -157,6 +157,29 @@ TEST_F(XOAuthInterleaving, AnAttemptThatBeginsWhileTheOlderOneIsSavedStays)
     EXPECT_EQ(blockOn(other.complete(callback(newer))), ada);
 }
 
+TEST_F(XOAuthInterleaving, AnAttemptThatIsAbandonedDuringTheExchangeSavesNothing)
+{
+    const PendingXAuthorization attempt = begin(held);
+    auto task = held.complete(callback(attempt));
+    network.answer(0, 200, tokenAnswer);
+    held.abandon();
+    network.answer(1, 200, userAnswer);
+    EXPECT_EQ(failure(std::move(task)), XOAuthError::noPendingAuthorization());
+    EXPECT_EQ(stored(), std::nullopt);
+    EXPECT_EQ(failure(held.complete(callback(attempt))), XOAuthError::noPendingAuthorization());
+    EXPECT_EQ(network.count(), 2);
+}
+
+TEST_F(XOAuthInterleaving, AbandoningWithoutAnAttemptChangesNothing)
+{
+    held.abandon();
+    const PendingXAuthorization attempt = begin(held);
+    auto task = held.complete(callback(attempt));
+    network.answer(0, 200, tokenAnswer);
+    network.answer(1, 200, userAnswer);
+    EXPECT_EQ(blockOn(std::move(task)), ada);
+}
+
 TEST_F(XOAuthInterleaving, CancelingTheNetworkEndsTheCallAndLeavesTheAttempt)
 {
     const PendingXAuthorization attempt = begin(held);

@@ -1,0 +1,470 @@
+#include "EndToEndTest.h"
+
+#include "credentials/KeychainCredentialVault.h"
+#include "support/BlockOn.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QThread>
+#include <QUrl>
+#include <QUrlQuery>
+
+#include <csignal>
+
+namespace mirel::testing {
+namespace {
+
+const QByteArray plantedSecret = "planted-client-secret";
+
+QByteArray contentsOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// A program that runs while the test goes on.
+class Program
+{
+public:
+    Program(const QString& path, const QStringList& arguments, const QProcessEnvironment& environment)
+    {
+        m_process.setProcessEnvironment(environment);
+        m_process.start(path, arguments);
+        m_process.waitForStarted();
+    }
+    ~Program()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    Q_DISABLE_COPY_MOVE(Program)
+
+    // The next line of standard output; empty when it ended.
+    QString line()
+    {
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(60'000)) {
+        }
+        return QString::fromUtf8(m_process.readLine()).trimmed();
+    }
+    // Waits for text on standard error. Returns whether it came.
+    bool says(const QByteArray& text)
+    {
+        m_process.setReadChannel(QProcess::StandardError);
+        while (!m_errors.contains(text)) {
+            if (m_process.bytesAvailable() == 0 && !m_process.waitForReadyRead(60'000))
+                break;
+            m_errors += m_process.readAllStandardError();
+        }
+        m_process.setReadChannel(QProcess::StandardOutput);
+        return m_errors.contains(text);
+    }
+    void write(const QByteArray& line)
+    {
+        m_process.write(line + '\n');
+        m_process.waitForBytesWritten();
+    }
+    void endInput() { m_process.closeWriteChannel(); }
+    void interrupt() const { ::kill(static_cast<pid_t>(m_process.processId()), SIGINT); }
+    void terminate() { m_process.terminate(); }
+    ProgramResult finish()
+    {
+        ProgramResult result = testing::finish(m_process);
+        result.errors.prepend(m_errors);
+        return result;
+    }
+    [[nodiscard]] bool isRunning() const { return m_process.state() == QProcess::Running; }
+
+    // What every user of the machine and the user's other programs can see of it.
+    [[nodiscard]] QByteArray visibleParts() const
+    {
+        const QString directory = QStringLiteral("/proc/%1/").arg(m_process.processId());
+        return contentsOf(directory + QStringLiteral("cmdline")) +
+               contentsOf(directory + QStringLiteral("environ"));
+    }
+
+private:
+    QProcess m_process;
+    QByteArray m_errors;
+};
+
+// An account that is connected by the program itself, with a real keyring.
+class Connection : public EndToEndTest
+{
+protected:
+    Connection()
+        : EndToEndTest(120, true)
+    {
+    }
+
+    void SetUp() override
+    {
+        if (qgetenv("MIREL_TEST_KEYRING") != "unlocked")
+            FAIL() << "Run this through with-private-keyring.sh.";
+        blockOn(m_vault.clearAll());
+    }
+
+    void TearDown() override
+    {
+        if (!HasFatalFailure())
+            blockOn(m_vault.clearAll());
+    }
+
+    static QStringList connecting()
+    {
+        return {QStringLiteral("connect"), QStringLiteral("--client-id"), QStringLiteral("simulated-client")};
+    }
+
+    // The window program without a screen.
+    [[nodiscard]] QProcessEnvironment windowEnvironment() const
+    {
+        QProcessEnvironment result = environment();
+        result.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        result.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
+        return result;
+    }
+
+    static QString socketPath()
+    {
+        return QDir(qEnvironmentVariable("XDG_RUNTIME_DIR")).filePath(QStringLiteral("mirel.sock"));
+    }
+
+    // Returns whether it happened within a minute.
+    template <typename Condition>
+    static bool eventually(Condition condition)
+    {
+        const QDeadlineTimer deadline(60'000);
+        while (!condition()) {
+            if (deadline.hasExpired())
+                return false;
+            QThread::msleep(20);
+        }
+        return true;
+    }
+
+    std::optional<XCredentials> stored() { return blockOn(m_vault.loadXCredentials()); }
+
+    // The files that Mirel can have written, but for what the keyring has encrypted.
+    QStringList filesWith(const QByteArray& secret) const
+    {
+        const QString home = qEnvironmentVariable("HOME");
+        QStringList found;
+        for (const QString& root : {home, directory.path()}) {
+            QDirIterator files(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+            while (files.hasNext()) {
+                const QString path = files.next();
+                if (!path.startsWith(home + QStringLiteral("/data/keyrings/")) &&
+                    contentsOf(path).contains(secret))
+                    found.append(path);
+            }
+        }
+        return found;
+    }
+
+private:
+    KeychainCredentialVault m_vault{QStringLiteral("io.mirel.mac.credentials.v2")};
+};
+
+TEST_F(Connection, ConnectsByAPastedAddressThenSyncsThenDisconnects)
+{
+    Program connect(programs::mirelctl, connecting(), environment());
+    const QString page = connect.line();
+    EXPECT_TRUE(page.startsWith(simulator.authorizeURL())) << qPrintable(page);
+    connect.write("  " + simulator.callbackOf(page).toUtf8() + " ");
+    const ProgramResult connected = connect.finish();
+    EXPECT_EQ(connected.exitStatus, 0) << connected.errors.constData();
+    EXPECT_EQ(connected.output, "Connected @mirel_demo.\n");
+    EXPECT_TRUE(mirelctl("status").output.endsWith("X           connected\n"));
+    expectSuccess(mirelctl("sync"), "Quick sync checked 120 recent bookmarks across 3 page(s), 120 new.\n");
+    EXPECT_EQ(library().postIDs(), allPosts());
+    expectSuccess(mirelctl("disconnect"), "Provider credentials removed.\n");
+    EXPECT_EQ(stored(), std::nullopt);
+    expectFailure(mirelctl("sync"), "X credentials are not configured.");
+    EXPECT_EQ(library().postIDs(), allPosts()) << "the library stays";
+    EXPECT_EQ(simulator.problems(), QJsonArray());
+}
+
+TEST_F(Connection, ConnectsByTheStartOfMirelThatTheDesktopMakesOfTheCallback)
+{
+    Program connect(programs::mirelctl, connecting() + QStringList{QStringLiteral("--json")}, environment());
+    ASSERT_TRUE(connect.says("simulated-client"));
+    connect.endInput();
+    ASSERT_TRUE(connect.says("paste"));
+    Program again(programs::mirelctl, connecting(), environment());
+    const QString page = again.line();
+    EXPECT_TRUE(again.says("another sign-in waits")) << "the first one receives callbacks";
+    // One of another attempt does no harm.
+    const ProgramResult wrong =
+        runProgram(programs::application, {simulator.callbackOf(page)}, windowEnvironment());
+    expectSuccess(wrong, "");
+    EXPECT_TRUE(connect.says("The X authorization callback did not match this connection attempt."));
+    again.interrupt();
+    const ProgramResult interrupted = again.finish();
+    EXPECT_EQ(interrupted.exitStatus, 1);
+    EXPECT_TRUE(interrupted.errors.endsWith("mirelctl: X authorization canceled.\n"))
+        << interrupted.errors.constData();
+    EXPECT_EQ(stored(), std::nullopt);
+    EXPECT_TRUE(connect.isRunning());
+    connect.interrupt();
+    EXPECT_EQ(connect.finish().exitStatus, 1);
+
+    Program third(programs::mirelctl, connecting(), environment());
+    const QString callback = simulator.callbackOf(third.line());
+    expectSuccess(runProgram(programs::application, {callback}, windowEnvironment()), "");
+    const ProgramResult connected = third.finish();
+    EXPECT_EQ(connected.exitStatus, 0) << connected.errors.constData();
+    EXPECT_EQ(connected.output, "Connected @mirel_demo.\n");
+    EXPECT_TRUE(stored());
+}
+
+TEST_F(Connection, TellsWhatIsWrongAndGoesOnWaiting)
+{
+    Program connect(programs::mirelctl, connecting(), environment());
+    const QString page = connect.line();
+    connect.write("what?");
+    EXPECT_TRUE(connect.says("That is not an address to which X returns: it begins with mirel://oauth/x."));
+    connect.write("mirel://oauth/x?state=guessed&code=guessed");
+    EXPECT_TRUE(connect.says("The X authorization callback did not match this connection attempt."));
+    EXPECT_EQ(stored(), std::nullopt);
+    connect.write(simulator.callbackOf(page).toUtf8());
+    EXPECT_EQ(connect.finish().output, "Connected @mirel_demo.\n");
+}
+
+TEST_F(Connection, ReturnsByThePageOfMirelsWebSite)
+{
+    const QString page = QStringLiteral("https://mirel.example/mac/oauth/x/callback");
+    Program connect(programs::mirelctl, connecting() + QStringList{QStringLiteral("--redirect-uri"), page},
+                    environment());
+    const QString callback = simulator.callbackOf(connect.line());
+    EXPECT_TRUE(callback.startsWith(page));
+    connect.write(callback.toUtf8());
+    EXPECT_EQ(connect.finish().output, "Connected @mirel_demo.\n");
+}
+
+TEST_F(Connection, EndsWhenXRefuses)
+{
+    simulator.setScenario(R"({"faults":[{"action":"denyAuthorization","path":"/i/oauth2/authorize"}]})");
+    Program connect(programs::mirelctl, connecting(), environment());
+    connect.write(simulator.callbackOf(connect.line()).toUtf8());
+    const ProgramResult result = connect.finish();
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_TRUE(result.errors.endsWith("mirelctl: X authorization was not completed: access_denied\n"));
+}
+
+TEST_F(Connection, NeedsAClientAndAnAddressThatXMayReturnTo)
+{
+    expectFailure(mirelctl("connect"), "Enter an X OAuth client ID before connecting.");
+    expectFailure(mirelctl("connect --client-id a --redirect-uri http://elsewhere.example/"),
+                  "Enter a valid X OAuth redirect URI.");
+}
+
+TEST_F(Connection, DeletesEverythingOnlyWhenItIsMeant)
+{
+    Program connect(programs::mirelctl, connecting(), environment());
+    connect.write(simulator.callbackOf(connect.line()).toUtf8());
+    ASSERT_EQ(connect.finish().exitStatus, 0);
+    ASSERT_EQ(mirelctl("sync").exitStatus, 0);
+    const ProgramResult refused = mirelctl("purge");
+    EXPECT_EQ(refused.exitStatus, 1);
+    EXPECT_TRUE(refused.errors.contains("Nothing was deleted")) << refused.errors.constData();
+    EXPECT_EQ(library().postIDs(), allPosts());
+    EXPECT_TRUE(stored());
+    expectSuccess(mirelctl("purge --yes"), "All local Mirel data and credentials were deleted.\n");
+    EXPECT_EQ(library().postIDs(), QSet<QString>());
+    EXPECT_EQ(library().rows("SELECT id FROM sync_runs"), QList<QStringList>());
+    EXPECT_EQ(library().damage(), QStringList());
+    EXPECT_EQ(stored(), std::nullopt);
+}
+
+TEST_F(Connection, TheWindowThatIsOpenTakesTheLinkOfASecondStart)
+{
+    Program connect(programs::mirelctl, connecting(), environment());
+    connect.write(simulator.callbackOf(connect.line()).toUtf8());
+    ASSERT_EQ(connect.finish().exitStatus, 0);
+    ASSERT_EQ(mirelctl("sync").exitStatus, 0);
+    // Beyond the first page of the list, with a picture of its own, which only the reader loads.
+    const auto rows = library().rows("SELECT tweet_id, json_extract(media_json, '$[0].url') FROM bookmarks "
+                                     "WHERE json_extract(media_json, '$[0].kind') = 'photo'");
+    const QByteArray listed = mirelctl("list --json --limit 50").output;
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const QStringList& columns) {
+        return !listed.contains(columns[0].toUtf8());
+    });
+    ASSERT_NE(row, rows.end());
+    const QString id = row->at(0);
+    const QString picture = QUrl(row->at(1)).path();
+    const auto isPictureAsked = [&] {
+        const QJsonArray requests = simulator.requests();
+        return std::any_of(requests.begin(), requests.end(),
+                           [&](const QJsonValue& request) { return request[u"path"].toString() == picture; });
+    };
+
+    Program window(programs::application, {}, windowEnvironment());
+    ASSERT_TRUE(eventually([] { return QFile::exists(socketPath()); }));
+    EXPECT_EQ(QFileInfo(socketPath()).permissions() &
+                  (QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
+                   QFile::WriteOther | QFile::ExeOther | QFile::ExeOwner),
+              QFile::Permissions());
+    EXPECT_FALSE(isPictureAsked());
+    expectSuccess(
+        runProgram(programs::application, {QStringLiteral("mirel://open/") + id}, windowEnvironment()), "");
+    EXPECT_TRUE(eventually(isPictureAsked)) << "the post was not opened";
+    // A start without a link brings the open window to the front.
+    expectSuccess(runProgram(programs::application, {}, windowEnvironment()), "");
+    // Unless it is for another library.
+    QProcessEnvironment elsewhere = windowEnvironment();
+    const QTemporaryDir other;
+    elsewhere.insert(QStringLiteral("MIREL_LOCAL_DATA_DIR"), other.path());
+    Program second(programs::application, {}, elsewhere);
+    EXPECT_TRUE(
+        eventually([&] { return QFile::exists(other.filePath(QStringLiteral("mirel.sqlite3-wal"))); }));
+    EXPECT_TRUE(second.isRunning());
+    EXPECT_TRUE(window.isRunning());
+}
+
+TEST_F(Connection, AWindowThatWasKilledLeavesNothingInTheWay)
+{
+    {
+        Program window(programs::application, {}, windowEnvironment());
+        ASSERT_TRUE(eventually([] { return QFile::exists(socketPath()); }));
+    }
+    ASSERT_TRUE(QFile::exists(socketPath()));
+    Program connect(programs::mirelctl, connecting(), environment());
+    const QString page = connect.line();
+    EXPECT_TRUE(connect.says("If the browser cannot return to Mirel"));
+    expectSuccess(runProgram(programs::application, {simulator.callbackOf(page)}, windowEnvironment()), "");
+    EXPECT_EQ(connect.finish().output, "Connected @mirel_demo.\n");
+}
+
+TEST_F(Connection, LeavesNoSecretAnywhere)
+{
+    QByteArray shown;
+    Program connect(programs::mirelctl, connecting() + QStringList{QStringLiteral("--client-secret-stdin")},
+                    environment());
+    connect.write(plantedSecret);
+    const QString page = connect.line();
+    const QString callback = simulator.callbackOf(page);
+    const QByteArray code = QUrlQuery(QUrl(callback)).queryItemValue(QStringLiteral("code")).toUtf8();
+    ASSERT_FALSE(code.isEmpty());
+    shown += page.toUtf8() + connect.visibleParts();
+    // The first exchange fails, and X's answer quotes what it was asked with.
+    simulator.setScenario(
+        R"({"faults":[{"action":"status","status":400,"path":"/2/oauth2/token","requests":1,)"
+        R"("bodyText":"{\"error_description\":\"bad )" +
+        plantedSecret + " " + code + R"(\"}"}]})");
+    connect.write(callback.toUtf8());
+    const ProgramResult failed = connect.finish();
+    EXPECT_EQ(failed.exitStatus, 1);
+    EXPECT_TRUE(failed.errors.contains("X OAuth returned HTTP 400: bad [hidden] [hidden]"))
+        << failed.errors.constData();
+    shown += failed.output + failed.errors;
+    simulator.setScenario();
+
+    QProcessEnvironment withSecret = environment();
+    withSecret.insert(QStringLiteral("X_CLIENT_SECRET"), QString::fromUtf8(plantedSecret));
+    Program retry(programs::mirelctl, connecting(), withSecret);
+    const QString secondPage = retry.line();
+    const QString secondCallback = simulator.callbackOf(secondPage);
+    retry.write(secondCallback.toUtf8());
+    const ProgramResult connected = retry.finish();
+    ASSERT_EQ(connected.exitStatus, 0) << connected.errors.constData();
+    shown += secondPage.toUtf8() + connected.output + connected.errors;
+
+    const auto credentials = stored();
+    ASSERT_TRUE(credentials && credentials->refreshToken);
+    EXPECT_EQ(credentials->clientSecret, QString::fromUtf8(plantedSecret));
+    QList<QByteArray> secrets{plantedSecret, code,
+                              QUrlQuery(QUrl(secondCallback)).queryItemValue(QStringLiteral("code")).toUtf8(),
+                              credentials->accessToken.toUtf8(), credentials->refreshToken->toUtf8()};
+    // What proved to X that the code was asked for here.
+    for (const QJsonValue& request : simulator.requests()) {
+        const QUrlQuery form(request[u"body"].toString());
+        if (form.hasQueryItem(QStringLiteral("code_verifier")))
+            secrets.append(form.queryItemValue(QStringLiteral("code_verifier")).toUtf8());
+    }
+    ASSERT_EQ(secrets.size(), 7);
+    const auto run = [&](const QByteArray& words) {
+        const ProgramResult result = mirelctl(words);
+        shown += result.output + result.errors;
+    };
+    const auto search = [&] {
+        for (const QByteArray& secret : secrets) {
+            ASSERT_GT(secret.size(), 8);
+            EXPECT_FALSE(shown.contains(secret)) << secret.constData();
+            EXPECT_EQ(filesWith(secret), QStringList()) << secret.constData();
+        }
+    };
+    run("sync");
+    for (const char* const action : {R"("status","status":401)", R"("status","status":500,"body":"html")",
+                                     R"("cutInBody")", R"("undecodable")"}) {
+        simulator.setScenario(QByteArray(R"({"faults":[{"action":)") + action + "}]}");
+        run("sync --full");
+        run("status --json");
+    }
+    simulator.setScenario();
+    run("list --json --limit 500");
+    search();
+    run("disconnect");
+    run("sync");
+    search();
+    // The search finds what is there.
+    EXPECT_FALSE(filesWith(simulator.accountIDs().first().toUtf8()).isEmpty());
+}
+
+// Without a keyring that takes or gives anything.
+class ConnectionWithoutKeyring : public EndToEndTest
+{
+protected:
+    ConnectionWithoutKeyring()
+        : EndToEndTest(10, true)
+    {
+    }
+
+    // Connecting, disconnecting and deleting all end in `message`.
+    void expectFailures(const QByteArray& message)
+    {
+        Program connect(
+            programs::mirelctl,
+            {QStringLiteral("connect"), QStringLiteral("--client-id"), QStringLiteral("simulated-client")},
+            environment());
+        connect.write(simulator.callbackOf(connect.line()).toUtf8());
+        const ProgramResult result = connect.finish();
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_TRUE(result.errors.endsWith("mirelctl: " + message + '\n')) << result.errors.constData();
+        EXPECT_EQ(result.output, "") << "beside the page";
+        expectFailure(mirelctl("disconnect"), message);
+        expectFailure(mirelctl("purge --yes"), message);
+        EXPECT_TRUE(mirelctl("status").output.endsWith(
+            "X           not connected, or not reachable at the moment\n"));
+    }
+};
+
+TEST_F(ConnectionWithoutKeyring, FailsInWordsThatHelp)
+{
+    if (qgetenv("MIREL_TEST_KEYRING") != "without-service")
+        FAIL() << "Run this through with-private-keyring.sh.";
+    expectFailures("No secret service is running. Start or install a keyring (for example GNOME Keyring or "
+                   "KWallet) and try again.");
+}
+
+using ConnectionWithLockedKeyring = ConnectionWithoutKeyring;
+using ConnectionSeed = ConnectionWithoutKeyring;
+
+// Runs before the keyring is locked, in a process of its own.
+TEST_F(ConnectionSeed, IsSaved)
+{
+    const QByteArray document = R"({"client_id":"c","access_token":"t","user_id":"1"})";
+    expectSuccess(runProgram(programs::application, {QStringLiteral("--import-credentials-stdin")},
+                             environment(), document),
+                  "{\"ok\":true,\"openAI\":false,\"x\":true}\n");
+}
+
+TEST_F(ConnectionWithLockedKeyring, AsksToUnlockIt)
+{
+    if (qgetenv("MIREL_TEST_KEYRING") != "locked")
+        FAIL() << "Run this through with-private-keyring.sh.";
+    expectFailures("The keyring is locked. Unlock it and try again.");
+}
+
+} // namespace
+} // namespace mirel::testing

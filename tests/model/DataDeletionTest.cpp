@@ -1,0 +1,143 @@
+#include "testing/Printing.h"
+
+#include "model/ConnectionBench.h"
+
+#include <QFile>
+#include <QSemaphore>
+
+namespace mirel {
+namespace {
+
+const QString deleted = QStringLiteral("All local Mirel data and credentials were deleted.");
+
+class DataDeletion : public testing::ConnectionBench
+{
+protected:
+    void SetUp() override
+    {
+        const auto opened = library.open();
+        for (int number = 1; number <= 3; ++number)
+            opened->upsertFromX(testing::makePost(number), library.clock.now());
+        opened->savePreferences(smallPages());
+        makeModel(storedCredentials());
+        blockOn(model->start());
+        waitForQuestions(1);
+        ASSERT_EQ(model->bookmarks().size(), 3);
+    }
+
+    QString caches() const { return QDir(library.directory()).filePath(QStringLiteral("caches")); }
+
+    void makeCaches() const
+    {
+        ASSERT_TRUE(QDir().mkpath(caches() + QStringLiteral("/pictures")));
+        QFile file(caches() + QStringLiteral("/pictures/one"));
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+    }
+};
+
+TEST_F(DataDeletion, LeavesNothing)
+{
+    makeCaches();
+    blockOn(model->openBookmark(model->bookmarks().first().id));
+    blockOn(model->refreshMedia());
+    blockOn(model->selectAllLibraryResults());
+    blockOn(model->deleteAllData());
+    EXPECT_EQ(status(), deleted);
+    EXPECT_EQ(error(), QString());
+    EXPECT_TRUE(model->bookmarks().isEmpty());
+    EXPECT_TRUE(model->mediaBookmarks().isEmpty());
+    EXPECT_EQ(model->counts().all, 0);
+    EXPECT_EQ(model->libraryResultCount(), 0);
+    EXPECT_EQ(model->selectedBookmarkID(), std::nullopt);
+    EXPECT_TRUE(model->selectedBookmarkIDs().isEmpty());
+    EXPECT_FALSE(model->isReaderOpen());
+    EXPECT_FALSE(model->canGoBack()) << "a place behind may name what is gone";
+    EXPECT_EQ(model->preferences(), AppPreferences());
+    EXPECT_EQ(library.open()->libraryCounts().all, 0);
+    EXPECT_EQ(inVault(), std::nullopt);
+    EXPECT_FALSE(QFile::exists(caches()));
+    blockOn(model->refreshCredentialState());
+    EXPECT_FALSE(model->xConfigured());
+}
+
+TEST_F(DataDeletion, GoesWellWithoutCaches)
+{
+    ASSERT_FALSE(QFile::exists(caches()));
+    blockOn(model->deleteAllData());
+    EXPECT_EQ(status(), deleted);
+}
+
+TEST_F(DataDeletion, ALibraryThatCannotBeEmptiedIsToldAndAllElseStays)
+{
+    makeCaches();
+    library.connect()->execute("ALTER TABLE app_state RENAME TO gone");
+    blockOn(model->deleteAllData());
+    EXPECT_TRUE(error().startsWith(QStringLiteral("Local library command failed"))) << qPrintable(error());
+    EXPECT_EQ(status(), QString());
+    EXPECT_EQ(model->bookmarks().size(), 3);
+    EXPECT_EQ(model->preferences().pageSize, 20);
+    EXPECT_EQ(inVault(), storedCredentials());
+    EXPECT_TRUE(QFile::exists(caches()));
+    library.connect()->execute("ALTER TABLE gone RENAME TO app_state");
+}
+
+TEST_F(DataDeletion, SecretsThatCannotBeRemovedAreToldAndWhatWasPurgedStaysPurged)
+{
+    makeCaches();
+    vault->failing = vault->calls.load();
+    blockOn(model->deleteAllData());
+    EXPECT_EQ(error(), QStringLiteral("The vault is locked."));
+    EXPECT_EQ(status(), QString());
+    EXPECT_EQ(model->bookmarks().size(), 3) << "until the next refresh";
+    EXPECT_EQ(library.open()->libraryCounts().all, 0);
+    EXPECT_TRUE(QFile::exists(caches()));
+    blockOn(model->refreshLibrary());
+    EXPECT_TRUE(model->bookmarks().isEmpty());
+}
+
+TEST_F(DataDeletion, GivesUpASignIn)
+{
+    begin();
+    const QUrl callback = callbackOf(browser->page);
+    blockOn(model->deleteAllData());
+    EXPECT_FALSE(model->isAuthorizingX());
+    prepareGrant();
+    blockOn(model->handleOpenURL(callback));
+    EXPECT_EQ(error(), QStringLiteral("Start the X connection again before opening this callback."));
+    EXPECT_EQ(inVault(), std::nullopt);
+}
+
+TEST_F(DataDeletion, EndsASyncBeforeItDeletes)
+{
+    QSemaphore isAsked;
+    QSemaphore goesOn;
+    x->answer = [&](int call) {
+        isAsked.release();
+        EXPECT_TRUE(goesOn.tryAcquire(1, 60'000));
+        return testing::makePage(call * 50 + 1, call * 50 + 50, QString::number(call));
+    };
+    auto syncing = model->syncNow({}, true);
+    while (!isAsked.tryAcquire(1))
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    auto deleting = model->deleteAllData();
+    goesOn.release(2);
+    blockOn(std::move(deleting));
+    blockOn(std::move(syncing));
+    EXPECT_FALSE(model->isSyncing());
+    EXPECT_EQ(status(), deleted);
+    EXPECT_EQ(error(), QString());
+    EXPECT_EQ(library.open()->libraryCounts().all, 0);
+    EXPECT_TRUE(library.open()->syncRuns(10).isEmpty());
+    EXPECT_TRUE(model->bookmarks().isEmpty());
+}
+
+TEST(DataDeletionWithoutServices, DoesNothing)
+{
+    MirelAppModel model{MirelServices{}};
+    blockOn(model.deleteAllData());
+    EXPECT_EQ(model.statusMessage(), std::nullopt);
+    EXPECT_EQ(model.lastError(), std::nullopt);
+}
+
+} // namespace
+} // namespace mirel

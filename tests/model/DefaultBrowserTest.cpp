@@ -1,0 +1,111 @@
+#include "testing/Printing.h"
+
+#include "model/ConnectionBench.h"
+
+#include "model/BrowserAuthenticationSession.h"
+#include "model/DefaultBrowser.h"
+#include "model/platform/PageOpener.h"
+#include "support/WebURL.h"
+
+#include <QFile>
+
+namespace mirel {
+namespace {
+
+// With a program in the place of the one that opens the user's browser, which notes what it is given.
+class DefaultBrowser : public testing::ConnectionBench
+{
+protected:
+    void SetUp() override
+    {
+        ConnectionBench::SetUp();
+        m_searchPath = qgetenv("PATH");
+        environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("X_CLIENT_SECRET"), QStringLiteral("planted-client-secret"));
+        environment.insert(QStringLiteral("OPENAI_API_KEY"), QStringLiteral("planted-openai-key"));
+        environment.insert(QStringLiteral("MIREL_TEST_VARIABLE"), QStringLiteral("kept"));
+    }
+
+    void TearDown() override
+    {
+        qputenv("PATH", m_searchPath);
+        ConnectionBench::TearDown();
+    }
+
+    void installOpener()
+    {
+        QFile program(library.directory() + u'/' + pageOpener());
+        ASSERT_TRUE(program.open(QFile::WriteOnly));
+        const QByteArray notes = QFile::encodeName(notesPath());
+        program.write("#!/bin/sh\n{ echo \"arguments: $#\"; printf '%s\\n' \"$@\"; env; } >'" + notes +
+                      ".part'\nmv '" + notes + ".part' '" + notes + "'\n");
+        program.close();
+        ASSERT_TRUE(program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        qputenv("PATH", QFile::encodeName(library.directory()) + ':' + m_searchPath);
+    }
+
+    // What the program was given, once it has ended.
+    QByteArray notes() const
+    {
+        while (!QFile::exists(notesPath()))
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QFile file(notesPath());
+        EXPECT_TRUE(file.open(QFile::ReadOnly));
+        return file.readAll();
+    }
+
+    QString notesPath() const { return library.directory() + QStringLiteral("/notes"); }
+
+    QProcessEnvironment environment;
+
+private:
+    QByteArray m_searchPath;
+};
+
+TEST_F(DefaultBrowser, GetsThePageOfASignInAndNoSecret)
+{
+    installOpener();
+    MirelServices parts = services({});
+    parts.oauth = std::make_unique<Serial<XOAuthService>>(
+        std::make_shared<ServiceThread>(QStringLiteral("sign-in")), [this] {
+            return std::make_unique<XOAuthService>(
+                *vault, *transport, QUrl(QStringLiteral("https://api.example/2")),
+                QUrl(QStringLiteral("https://x.example/i/oauth2/authorize")), library.clock.clock(),
+                [](qsizetype count) { return QByteArray(count, 'r'); });
+        });
+    parts.makeWebAuthenticationSession = [this] {
+        return std::make_unique<BrowserAuthenticationSession>(
+            [this](const QUrl& page) { return openInDefaultBrowser(page, environment); });
+    };
+    blockOn(model->shutDown());
+    model = std::make_unique<MirelAppModel>(std::move(parts));
+    blockOn(model->beginXOAuth(QStringLiteral("client"), QStringLiteral("typed-client-secret"),
+                               XOAuthService::nativeRedirectURI));
+    EXPECT_TRUE(model->isAuthorizingX());
+    const QByteArray given = notes();
+    EXPECT_TRUE(
+        given.startsWith("arguments: 1\n" + absoluteString(model->xAuthorizationURL()).toUtf8() + '\n'));
+    EXPECT_TRUE(given.contains("MIREL_TEST_VARIABLE=kept"));
+    const QByteArray verifier = QByteArray(48, 'r').toBase64(QByteArray::Base64UrlEncoding);
+    for (const QByteArray& secret : {verifier, QByteArray("planted-client-secret"),
+                                     QByteArray("planted-openai-key"), QByteArray("typed-client-secret")})
+        EXPECT_FALSE(given.contains(secret)) << secret.constData();
+}
+
+TEST_F(DefaultBrowser, IsMissedWhereNothingOpensPages)
+{
+    qputenv("PATH", QFile::encodeName(library.directory()));
+    EXPECT_FALSE(openInDefaultBrowser(QUrl(QStringLiteral("https://x.example/")), environment));
+}
+
+TEST_F(DefaultBrowser, TakesAnAddressAsOneArgumentWhateverIsInIt)
+{
+    installOpener();
+    QUrl page(QStringLiteral("https://x.example/"));
+    page.setQuery(QStringLiteral("a='b' c\"d;$(touch e)&f=`g`"));
+    EXPECT_TRUE(openInDefaultBrowser(page, environment));
+    EXPECT_TRUE(notes().startsWith("arguments: 1\n" + absoluteString(page).toUtf8() + '\n'));
+}
+
+} // namespace
+} // namespace mirel
