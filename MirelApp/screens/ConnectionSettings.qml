@@ -27,6 +27,7 @@ ColumnLayout {
         }
 
         ProviderStatus {
+            Layout.fillWidth: false
             name: "X"
             isConfigured: settings.appModel.xConfigured
         }

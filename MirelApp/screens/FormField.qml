@@ -21,6 +21,9 @@ ColumnLayout {
     }
 
     spacing: Measures.tiny
+    // Of a password Qt tells a screen reader nothing, its name included, so that the group has the name too.
+    Accessible.role: Accessible.Grouping
+    Accessible.name: name === "" ? prompt : name
 
     PlainLabel {
         Layout.fillWidth: true
@@ -51,7 +54,7 @@ ColumnLayout {
         clip: true
         Accessible.role: Accessible.EditableText
         Accessible.passwordEdit: field.isSecret
-        Accessible.name: field.name === "" ? field.prompt : field.name
+        Accessible.name: field.Accessible.name
         onAccepted: field.accepted()
 
         background: Rectangle {

@@ -72,7 +72,10 @@ RowLayout {
         onFinished: header.leftSearch()
     }
 
+    // The search alone gives way where it is tight.
     SortPicker {
+        Layout.minimumWidth: implicitWidth
+        isCompact: !header.isRoomy
         enabled: header.appModel.hasLibrary
         sort: header.appModel.librarySort
         onSortRequested: sort => header.appModel.requestSort(sort)
@@ -80,6 +83,7 @@ RowLayout {
 
     IconButton {
         objectName: "openPost"
+        Layout.minimumWidth: implicitWidth
         enabled: header.appModel.hasLibrary
         symbol: "link"
         text: "Open X bookmark (Ctrl+O)"
@@ -88,6 +92,7 @@ RowLayout {
     }
 
     SyncButton {
+        Layout.minimumWidth: implicitWidth
         isCompact: !header.isRoomy
         enabled: header.appModel.hasLibrary && !header.appModel.isSyncing
         onSyncRequested: fullScan => header.appModel.requestSync(fullScan)

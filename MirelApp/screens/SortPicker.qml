@@ -6,6 +6,8 @@ PushButton {
     id: picker
 
     required property string sort
+    // Only an icon.
+    property bool isCompact: false
     readonly property var orders: [
         {
             "name": "newest",
@@ -21,15 +23,17 @@ PushButton {
         }
     ]
 
+    readonly property string orderText: orders.find(order => order.name === sort)?.text ?? ""
+
     signal sortRequested(string sort)
 
     objectName: "sortPicker"
     isQuiet: true
-    symbol: "chevron-down"
+    symbol: isCompact ? "arrow-down-up" : "chevron-down"
     symbolFollowsText: true
-    text: orders.find(order => order.name === sort)?.text ?? ""
-    tip: "Order of the list"
-    Accessible.name: "Order of the list: " + text
+    text: isCompact ? "" : orderText
+    tip: isCompact ? "Order of the list: " + orderText : "Order of the list"
+    Accessible.name: "Order of the list: " + orderText
     Accessible.role: Accessible.ButtonMenu
     onClicked: menu.popup(picker, picker.width - menu.width, picker.height + Measures.tiny)
 

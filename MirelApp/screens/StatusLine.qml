@@ -31,7 +31,9 @@ RowLayout {
         Layout.topMargin: Measures.tiny
         Layout.bottomMargin: Measures.tiny
         text: line.message
-        elide: Text.ElideNone
+        // What others say may be long; the window stays usable.
+        elide: Text.ElideRight
+        maximumLineCount: 5
         wrapMode: Text.Wrap
     }
 

@@ -35,22 +35,19 @@ Sheet {
         explanation: "Every sync leaves a line here."
     }
 
-    GridLayout {
+    Item {
+        id: columns
+
         Layout.fillWidth: true
         Layout.fillHeight: true
         visible: view.history.length > 0
-        columns: view.isNarrow ? 1 : 3
-        columnSpacing: 0
-        rowSpacing: 0
 
         ListView {
             id: runs
 
             objectName: "runList"
-            Layout.fillWidth: view.isNarrow
-            Layout.fillHeight: !view.isNarrow
-            Layout.preferredWidth: view.isNarrow ? -1 : Measures.runColumn
-            Layout.preferredHeight: view.isNarrow ? view.height * 0.32 : -1
+            width: view.isNarrow ? columns.width : Measures.runColumn
+            height: view.isNarrow ? Math.round(columns.height * 0.36) : columns.height
             clip: true
             activeFocusOnTab: true
             keyNavigationEnabled: true
@@ -97,16 +94,20 @@ Sheet {
         }
 
         Rectangle {
-            Layout.fillWidth: view.isNarrow
-            Layout.fillHeight: !view.isNarrow
-            implicitWidth: Measures.hairline
-            implicitHeight: Measures.hairline
+            id: line
+
+            x: view.isNarrow ? 0 : runs.width
+            y: view.isNarrow ? runs.height : 0
+            width: view.isNarrow ? columns.width : Measures.hairline
+            height: view.isNarrow ? Measures.hairline : columns.height
             color: Theme.border
         }
 
         Item {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
+            x: view.isNarrow ? 0 : line.x + line.width
+            y: view.isNarrow ? line.y + line.height : 0
+            width: columns.width - x
+            height: columns.height - y
 
             StatePanel {
                 objectName: "noRunSelected"

@@ -44,6 +44,18 @@ ColumnLayout {
             wrapMode: Text.Wrap
         }
 
+        PlainLabel {
+            objectName: "runError"
+            Layout.fillWidth: true
+            // The log tells it too, as far as it is kept.
+            visible: text !== "" && !detail.entries.some(entry => entry.event === "failed")
+            text: detail.run?.errorMessage ?? ""
+            color: Theme.failure
+            elide: Text.ElideRight
+            wrapMode: Text.Wrap
+            maximumLineCount: 8
+        }
+
         RowLayout {
             Layout.topMargin: Measures.tiny
             visible: reset.text !== ""

@@ -162,6 +162,7 @@ ColumnLayout {
 
     PushButton {
         objectName: "showTokens"
+        Layout.leftMargin: -Measures.medium
         isQuiet: true
         symbol: form.takesTokens ? "chevron-down" : "chevron-right"
         text: "Use an existing Mirel user token bundle"

@@ -103,7 +103,7 @@ TEST_F(SyncHistoryWindow, TellsWhenARateLimitEnds)
 
 TEST_F(SyncHistoryWindow, ARunOfAnEarlierVersionHasNoDetails)
 {
-    inventRun(library, SyncRun::Status::completed);
+    inventRun(library, SyncRun::Status::failed, QStringLiteral("The disk is full."));
     library.connect()->execute("DELETE FROM sync_log_entries");
     openHistory();
     ASSERT_TRUE(eventually([this] { return allVisible("runRow").size() == 1; }));
@@ -112,6 +112,7 @@ TEST_F(SyncHistoryWindow, ARunOfAnEarlierVersionHasNoDetails)
     EXPECT_EQ(state("noEntries", "stateTitle"), QStringLiteral("No detailed diagnostics"));
     EXPECT_EQ(state("noEntries", "stateExplanation"),
               QStringLiteral("Detailed page logs are available for syncs made with this version of Mirel."));
+    EXPECT_EQ(text("runError"), QStringLiteral("The disk is full."));
 }
 
 TEST_F(SyncHistoryWindow, FollowsASyncThatEndsWhileItIsOpen)

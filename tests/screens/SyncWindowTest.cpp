@@ -1,6 +1,7 @@
 #include "screens/WindowBench.h"
 
 #include "x/BookmarkSyncError.h"
+#include "x/XAPIError.h"
 
 namespace mirel::testing {
 
@@ -76,6 +77,22 @@ TEST_F(SyncWindow, ShowsTheErrorFirstAndKeepsWhatHadArrived)
     EXPECT_TRUE(visible("quickSync")->isEnabled());
 }
 
+TEST_F(SyncWindow, AVeryLongErrorLeavesRoomForTheRows)
+{
+    fillWithNumberedPosts(30);
+    const ScriptedX::Pages pages(1);
+    makeModel(pages, true);
+    openWindow();
+    press(Qt::Key_R, Qt::ControlModifier);
+    const auto error = XAPIError::http(503, QStringLiteral("no capacity left, ").repeated(400));
+    pages.fail(0, std::make_exception_ptr(error));
+    ASSERT_TRUE(eventually([this] { return visible("errorLine") != nullptr; }));
+    expectNothingIsCut();
+    EXPECT_LT(visible("errorLine")->height(), 160);
+    EXPECT_GT(rows().size(), 2);
+    keepPicture(QStringLiteral("long-error"));
+}
+
 TEST_F(SyncWindow, CanBeCanceled)
 {
     const ScriptedX::Pages pages(3);
@@ -91,6 +108,8 @@ TEST_F(SyncWindow, CanBeCanceled)
     EXPECT_EQ(text("message", visible("statusLine")),
               QStringLiteral("The sync was canceled. What had arrived is in the library."));
     EXPECT_EQ(model->counts().all, 100);
+    EXPECT_EQ(text("syncLine"), QStringLiteral("Last sync failed"));
+    EXPECT_EQ(model->syncRuns().first().errorMessage, QStringLiteral("Sync canceled."));
 }
 
 } // namespace mirel::testing
