@@ -61,6 +61,9 @@ int MirelEntryPoint::main(int argumentCount, char** arguments,
 {
     if (argumentCount >= 2 && std::strcmp(arguments[1], "--import-credentials-stdin") == 0)
         return importFromStandardInput(argumentCount, arguments);
+    // Only the import reads these, and what the application starts is not to inherit them.
+    for (const QString& secret : CredentialImportService::secretVariables())
+        qunsetenv(qPrintable(secret));
     return runApplication(argumentCount, arguments);
 }
 

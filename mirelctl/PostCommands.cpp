@@ -27,10 +27,10 @@ void runForBookmark(MirelAppModel& model, const Start& start)
 {
     // Tells why there is no connection to X, if there is none.
     requireNoFailure(model);
-    const bool isInterrupted = runInterruptibly(model, start);
-    requireNoFailure(model);
-    if (isInterrupted)
+    // What had been done before the interruption came is no failure.
+    if (runInterruptibly(model, start) && model.lastError())
         throw CommandError(QStringLiteral("The command was interrupted."));
+    requireNoFailure(model);
 }
 
 QString line(const QString& counter, qint64 count)

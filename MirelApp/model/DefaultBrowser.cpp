@@ -1,5 +1,6 @@
 #include "model/DefaultBrowser.h"
 
+#include "credentials/CredentialImportService.h"
 #include "model/platform/PageOpener.h"
 #include "support/WebURL.h"
 
@@ -9,8 +10,8 @@ namespace mirel {
 
 bool openInDefaultBrowser(const QUrl& page, QProcessEnvironment environment)
 {
-    for (const char* const secret : {"X_CLIENT_SECRET", "OPENAI_API_KEY"})
-        environment.remove(QString::fromLatin1(secret));
+    for (const QString& secret : CredentialImportService::secretVariables())
+        environment.remove(secret);
     QProcess opener;
     opener.setProgram(pageOpener());
     opener.setArguments({absoluteString(page)});

@@ -3,6 +3,7 @@
 #include "model/RunningCommand.h"
 #include "model/SettingsValidationError.h"
 #include "support/Text.h"
+#include "transport/HTTPTransportError.h"
 
 namespace mirel {
 
@@ -35,21 +36,35 @@ QCoro::Task<> MirelAppModel::refreshCredentialState()
     const RunningCommand running(*this);
     const QUuid generation = QUuid::createUuid();
     m_connectionValidationGeneration = generation;
-    bool isConfigured = false;
-    if (m_services.vault && m_services.x) {
+    const auto isStale = [this, generation] { return m_connectionValidationGeneration != generation; };
+    std::optional<bool> isConnected;
+    while (!isConnected && !isStale()) {
         try {
-            const auto credentials = co_await m_services.vault->call(
-                [](CredentialVault& vault) { return vault.loadXCredentials(); });
-            if (credentials) {
-                co_await m_services.x->call([](XDirectAPI& x) { return x.currentUser(); });
-                isConfigured = true;
-            }
+            isConnected = co_await isXConnected();
+        } catch (const HTTPTransportError& error) {
+            // Canceling a sync ends the requests of others too, which says nothing of the connection.
+            if (error.errorCase() != HTTPTransportError::Case::canceled || m_isShuttingDown)
+                isConnected = false;
         } catch (const std::exception&) {
             // Shows as not connected: at start-up a missing connection is no error.
+            isConnected = false;
         }
     }
-    if (m_connectionValidationGeneration == generation)
-        setXConfigured(isConfigured);
+    if (!isStale())
+        setXConfigured(*isConnected);
+}
+
+// X answers to the stored credentials. Throws what keeps it from being found out.
+QCoro::Task<bool> MirelAppModel::isXConnected()
+{
+    if (!m_services.vault || !m_services.x)
+        co_return false;
+    const auto credentials =
+        co_await m_services.vault->call([](CredentialVault& vault) { return vault.loadXCredentials(); });
+    if (!credentials)
+        co_return false;
+    co_await m_services.x->call([](XDirectAPI& x) { return x.currentUser(); });
+    co_return true;
 }
 
 QCoro::Task<> MirelAppModel::savePreferences(AppPreferences preferences)
@@ -77,14 +92,12 @@ QCoro::Task<> MirelAppModel::persistXCredentials(QString clientID, QString clien
     const RunningCommand running(*this);
     bool isSaved = false;
     try {
-        const auto stored =
-            co_await m_services.vault->call([](CredentialVault& vault) { return vault.loadXCredentials(); });
-        const XCredentials credentials = merged(
-            stored, {clientID, clientSecret, accessToken, refreshToken, std::nullopt, userID, username});
-        const auto save = [credentials](CredentialVault& vault) {
-            return vault.saveXCredentials(credentials);
+        const XCredentials entered{clientID,     clientSecret, accessToken, refreshToken,
+                                   std::nullopt, userID,       username};
+        const ChangeXCredentials change = [entered](const std::optional<XCredentials>& stored) {
+            return merged(stored, entered);
         };
-        co_await m_services.vault->call(save);
+        co_await changeXCredentials(change);
         isSaved = true;
         const XUser user = co_await m_services.x->call([](XDirectAPI& x) { return x.currentUser(); });
         co_await saveXUsername(user.username);
@@ -99,12 +112,29 @@ QCoro::Task<> MirelAppModel::persistXCredentials(QString clientID, QString clien
 // The tokens may have been refreshed, or removed, since they were saved.
 QCoro::Task<> MirelAppModel::saveXUsername(QString username)
 {
-    const auto save = [username](CredentialVault& vault) -> QCoro::Task<> {
-        auto credentials = co_await vault.loadXCredentials();
-        if (!credentials)
+    const ChangeXCredentials withUsername = [username](std::optional<XCredentials> stored) {
+        if (stored)
+            stored->username = username;
+        return stored;
+    };
+    co_await changeXCredentials(withUsername);
+}
+
+// Saves what `change` makes of the stored credentials, if anything. What it throws passes through.
+QCoro::Task<> MirelAppModel::changeXCredentials(ChangeXCredentials change)
+{
+    const auto save = [change](CredentialVault& vault) -> QCoro::Task<> {
+        for (;;) {
+            const qint64 changes = vault.changes();
+            const std::optional<XCredentials> stored = co_await vault.loadXCredentials();
+            const std::optional<XCredentials> changed = change(stored);
+            // Otherwise somebody else saved or removed them while they were read.
+            if (changes != vault.changes())
+                continue;
+            if (changed)
+                co_await vault.saveXCredentials(*changed);
             co_return;
-        credentials->username = username;
-        co_await vault.saveXCredentials(*credentials);
+        }
     };
     co_await m_services.vault->call(save);
 }

@@ -10,6 +10,7 @@ QCoro::Task<> MirelAppModel::deleteAllData()
     if (!m_services.store || !m_services.vault)
         co_return;
     const RunningCommand running(*this);
+    m_isDeletingData = true;
     try {
         // Either would bring back what is removed here.
         co_await endSyncEarly();
@@ -23,9 +24,11 @@ QCoro::Task<> MirelAppModel::deleteAllData()
         };
         co_await m_services.store->call(removeCaches);
     } catch (...) {
+        m_isDeletingData = false;
         fail(std::current_exception());
         co_return;
     }
+    m_isDeletingData = false;
     forgetLibrary();
     setStatusMessage(QStringLiteral("All local Mirel data and credentials were deleted."));
     co_await start();

@@ -4,7 +4,8 @@ namespace mirel {
 
 void MirelAppModel::requestSync(bool fullScan)
 {
-    syncNow({}, fullScan);
+    if (!m_isSyncing && !m_isDeletingData)
+        syncNow({}, fullScan);
 }
 
 void MirelAppModel::requestRefresh()

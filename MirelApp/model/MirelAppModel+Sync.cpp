@@ -80,7 +80,7 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
 
 QCoro::Task<> MirelAppModel::syncIfDue()
 {
-    if (m_isShuttingDown || !m_preferences.automaticSync || !m_xConfigured || m_isSyncing)
+    if (m_isShuttingDown || m_isDeletingData || !m_preferences.automaticSync || !m_xConfigured || m_isSyncing)
         co_return;
     const std::optional<Instant> last = lastSyncAttempt();
     const auto interval = static_cast<double>(m_preferences.automaticSyncIntervalHours * secondsOfAnHour);

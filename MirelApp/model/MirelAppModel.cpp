@@ -13,6 +13,8 @@ namespace {
 constexpr std::chrono::milliseconds pauseBetweenRounds{20};
 // Half a second for a keyring that is at work; one that waits for its user is not waited for.
 constexpr int roundsForKeyring = 25;
+// A second and a half for X to send a token.
+constexpr int roundsForTokens = 75;
 
 } // namespace
 
@@ -71,7 +73,7 @@ QCoro::Task<> MirelAppModel::shutDown()
     for (int round = 0; m_runningCommands > 0; ++round) {
         m_syncCancellation.abandon();
         // A command that was between two requests begins its next one after the others were ended.
-        co_await endRequests();
+        co_await endRequests(round);
         // A refreshed token on its way into the keyring is the only one that X still knows.
         if (round >= roundsForKeyring)
             co_await endVaultCalls();
@@ -80,11 +82,15 @@ QCoro::Task<> MirelAppModel::shutDown()
     }
 }
 
-QCoro::Task<> MirelAppModel::endRequests()
+// A token that X has sent is the only one that it still knows, so its request is given some time.
+QCoro::Task<> MirelAppModel::endRequests(int round)
 {
     const RunningCommand running(*this);
-    if (m_services.transport)
-        co_await m_services.transport->call([](HTTPTransport& transport) { transport.cancelAll(); });
+    if (!m_services.transport)
+        co_return;
+    co_await m_services.transport->call([endsAll = round >= roundsForTokens](HTTPTransport& transport) {
+        endsAll ? transport.cancelAll() : transport.cancelRepeatable();
+    });
 }
 
 QCoro::Task<> MirelAppModel::endVaultCalls()
@@ -97,13 +103,15 @@ QCoro::Task<> MirelAppModel::endVaultCalls()
 QCoro::Task<> MirelAppModel::endSyncEarly()
 {
     const RunningCommand running(*this);
-    m_syncCancellation.request();
-    for (int round = 0; m_isSyncing; ++round) {
+    const SyncCancellation ending = m_syncCancellation;
+    ending.request();
+    const auto isRunning = [this, ending] { return m_isSyncing && m_syncCancellation == ending; };
+    for (int round = 0; isRunning(); ++round) {
         // One that was between two requests begins its next one after the others were ended.
-        co_await endRequests();
+        co_await endRequests(round);
         if (round >= roundsForKeyring)
             co_await endVaultCalls();
-        if (m_isSyncing)
+        if (isRunning())
             co_await QCoro::sleepFor(pauseBetweenRounds);
     }
 }

@@ -385,7 +385,11 @@ private:
     void setLoading(bool isLoading);
     void setWorking(bool isWorking);
     void setXConfigured(bool isConfigured);
+    QCoro::Task<bool> isXConnected();
     QCoro::Task<> saveXUsername(QString username);
+    using ChangeXCredentials =
+        std::function<std::optional<XCredentials>(const std::optional<XCredentials>& stored)>;
+    QCoro::Task<> changeXCredentials(ChangeXCredentials change);
     void startXAuthentication(const PendingXAuthorization& pending);
     void endXAuthentication(WebAuthenticationSession::Outcome outcome);
     void setXAuthentication(std::unique_ptr<WebAuthenticationSession> session, const QUrl& page = {});
@@ -396,7 +400,7 @@ private:
     void endSync();
     QCoro::Task<> readPreferences();
     QCoro::Task<> connectAndSync();
-    QCoro::Task<> endRequests();
+    QCoro::Task<> endRequests(int round);
     QCoro::Task<> endVaultCalls();
     [[nodiscard]] std::optional<Instant> lastSyncAttempt() const;
 
@@ -474,6 +478,7 @@ private:
     QUuid m_connectionValidationGeneration = QUuid::createUuid();
     bool m_isPreparingSearch = false;
     bool m_isShuttingDown = false;
+    bool m_isDeletingData = false;
     int m_runningCommands = 0;
 };
 

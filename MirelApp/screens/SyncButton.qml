@@ -54,6 +54,7 @@ Row {
 
             PopupMenuItem {
                 objectName: "quickSyncItem"
+                enabled: button.enabled
                 text: "Quick Sync"
                 shortcutText: "Ctrl+R"
                 detail: "Checks recent pages."
@@ -62,6 +63,7 @@ Row {
 
             PopupMenuItem {
                 objectName: "fullSyncItem"
+                enabled: button.enabled
                 text: "Full Sync"
                 detail: "Checks every page X makes available. X may charge for each bookmark it reads out."
                 onTriggered: button.syncRequested(true)

@@ -73,6 +73,11 @@ CredentialImportService::CredentialImportService(CredentialVault& vault)
 {
 }
 
+QStringList CredentialImportService::secretVariables()
+{
+    return {QStringLiteral("X_CLIENT_SECRET"), QStringLiteral("OPENAI_API_KEY")};
+}
+
 QCoro::Task<CredentialImportResult>
 CredentialImportService::importCredentials(QByteArray document, QProcessEnvironment environment)
 {

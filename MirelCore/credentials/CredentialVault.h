@@ -27,12 +27,23 @@ public:
     // Removes the X credentials and the keys of all kinds.
     virtual QCoro::Task<> clearAll() = 0;
 
+    // How often X credentials were saved or all removed through this vault; a change counts from its
+    // beginning. Who loads, changes and saves compares the numbers before and after the loading: when they
+    // are equal and the saving begins at once, nothing is brought back and nothing is overwritten.
+    [[nodiscard]] qint64 changes() const { return m_changes; }
+
     // Ends every call in flight, which then throws. Does nothing where calls end by themselves.
     virtual void cancelAll();
 
     // The key of AIProviderKind::openAI.
     [[nodiscard]] QCoro::Task<std::optional<QString>> loadOpenAIKey();
     QCoro::Task<> saveOpenAIKey(QString key);
+
+protected:
+    void noteChange() { ++m_changes; }
+
+private:
+    qint64 m_changes = 0;
 };
 
 } // namespace mirel

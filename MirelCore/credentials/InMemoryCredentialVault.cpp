@@ -22,6 +22,7 @@ QCoro::Task<std::optional<XCredentials>> InMemoryCredentialVault::loadXCredentia
 
 QCoro::Task<> InMemoryCredentialVault::saveXCredentials(XCredentials credentials)
 {
+    noteChange();
     m_xCredentials = std::move(credentials);
     co_return;
 }
@@ -42,6 +43,7 @@ QCoro::Task<> InMemoryCredentialVault::saveAIKey(QString key, AIProviderKind kin
 
 QCoro::Task<> InMemoryCredentialVault::clearAll()
 {
+    noteChange();
     m_xCredentials.reset();
     m_aiKeys.clear();
     co_return;

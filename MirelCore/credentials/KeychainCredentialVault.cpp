@@ -44,6 +44,7 @@ QCoro::Task<std::optional<XCredentials>> KeychainCredentialVault::loadXCredentia
 
 QCoro::Task<> KeychainCredentialVault::saveXCredentials(XCredentials credentials)
 {
+    noteChange();
     co_await write(encodeJSON(credentials), xAccount());
 }
 
@@ -66,6 +67,7 @@ QCoro::Task<> KeychainCredentialVault::saveAIKey(QString key, AIProviderKind kin
 
 QCoro::Task<> KeychainCredentialVault::clearAll()
 {
+    noteChange();
     co_await remove(xAccount());
     for (const auto& row : rawValues(AIProviderKind{}))
         co_await remove(account(row.value));

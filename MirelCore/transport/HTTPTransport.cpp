@@ -29,4 +29,9 @@ HTTPTransport::~HTTPTransport() = default;
 
 void HTTPTransport::cancelAll() {}
 
+void HTTPTransport::cancelRepeatable()
+{
+    cancelAll();
+}
+
 } // namespace mirel

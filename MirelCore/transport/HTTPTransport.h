@@ -22,6 +22,9 @@ struct HTTPRequest
     QByteArray body = {};
     // The time without any progress after which the request fails.
     std::chrono::milliseconds timeout{60'000};
+    // What it asks for is given once, such as a new token for one that is spent by it: asked again, the
+    // server refuses.
+    bool isUnrepeatable = false;
 
     // The value of the first header of that name, in any letter case, or absent.
     [[nodiscard]] std::optional<QByteArray> header(QByteArrayView name) const;
@@ -52,6 +55,9 @@ public:
 
     // Ends every request in flight, which then throws. Does nothing where requests end by themselves.
     virtual void cancelAll();
+
+    // Ends those that can be asked again, or all where the transport does not know one from the other.
+    virtual void cancelRepeatable();
 };
 
 } // namespace mirel

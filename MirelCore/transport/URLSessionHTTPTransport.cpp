@@ -46,10 +46,20 @@ QCoro::Task<HTTPResponse> URLSessionHTTPTransport::data(HTTPRequest request)
 
 void URLSessionHTTPTransport::cancelAll()
 {
-    const auto inFlight = std::exchange(m_inFlight, {});
-    for (const auto& exchange : inFlight) {
-        if (exchange)
-            exchange->cancel();
+    const QList<InFlight> ended = std::exchange(m_inFlight, {});
+    for (const InFlight& each : ended) {
+        if (each.exchange)
+            each.exchange->cancel();
+    }
+}
+
+void URLSessionHTTPTransport::cancelRepeatable()
+{
+    // What is resumed here may begin other requests.
+    const QList<InFlight> inFlight = m_inFlight;
+    for (const InFlight& each : inFlight) {
+        if (each.exchange && !each.isUnrepeatable)
+            each.exchange->cancel();
     }
 }
 
@@ -60,8 +70,8 @@ std::unique_ptr<HTTPExchange> URLSessionHTTPTransport::begin(const HTTPRequest& 
     if (!isHTTP(request.url))
         throw HTTPTransportError(HTTPTransportError::Case::badServerResponse, request.url);
     auto exchange = std::make_unique<HTTPExchange>(*m_manager, request, m_sizeLimit);
-    m_inFlight.removeIf([](const QPointer<HTTPExchange>& other) { return other.isNull(); });
-    m_inFlight.append(exchange.get());
+    m_inFlight.removeIf([](const InFlight& other) { return other.exchange.isNull(); });
+    m_inFlight.append({exchange.get(), request.isUnrepeatable});
     return exchange;
 }
 

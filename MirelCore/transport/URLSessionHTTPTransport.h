@@ -32,13 +32,20 @@ public:
 
     // Every request in flight throws HTTPTransportError::canceled before this returns.
     void cancelAll() override;
+    void cancelRepeatable() override;
 
 private:
+    struct InFlight
+    {
+        QPointer<HTTPExchange> exchange;
+        bool isUnrepeatable = false;
+    };
+
     [[nodiscard]] std::unique_ptr<HTTPExchange> begin(const HTTPRequest& request);
 
     std::unique_ptr<QNetworkAccessManager> m_manager;
     qsizetype m_sizeLimit;
-    QList<QPointer<HTTPExchange>> m_inFlight;
+    QList<InFlight> m_inFlight;
     bool m_isClosing = false;
 };
 

@@ -88,6 +88,7 @@ QCoro::Task<BookmarkSyncSummary> MirelSyncService::runAndComplete(qint64 runID, 
             co_await progress(page);
         cancellation.throwIfRequested();
     };
+    cancellation.throwIfRequested();
     const BookmarkSyncSummary summary = co_await m_bookmarkSync.sync(mode, recordAndReport);
     co_await followBookmarks(summary, cancellation);
     cancellation.throwIfRequested();

@@ -25,6 +25,9 @@ public:
     void abandon() const { wish(Wish::abandon); }
     [[nodiscard]] bool isRequested() const { return *m_wish != Wish::none; }
     [[nodiscard]] bool isAbandoned() const { return *m_wish == Wish::abandon; }
+    // Both belong to the same sync.
+    friend bool operator==(const SyncCancellation&, const SyncCancellation&) = default;
+
     // Throws SyncCanceled once the end was requested.
     void throwIfRequested() const
     {

@@ -238,12 +238,18 @@ QCoro::Task<XCredentials> XAPIClient::authorizedCredentials()
     co_return credentials;
 }
 
-// The user removed them meanwhile, or connected another account: they are not to come back.
+// The user removed them meanwhile, or connected another account or client: they are not to come back.
 QCoro::Task<bool> XAPIClient::haveGone(XCredentials credentials)
 {
     try {
-        const auto stored = co_await m_credentials.loadXCredentials();
-        co_return !stored || stored->userID != credentials.userID;
+        for (;;) {
+            const qint64 changes = m_credentials.changes();
+            const auto stored = co_await m_credentials.loadXCredentials();
+            if (changes == m_credentials.changes()) {
+                co_return !stored || stored->userID != credentials.userID ||
+                    stored->clientID != credentials.clientID;
+            }
+        }
     } catch (const Error&) {
         // A vault that cannot be read just now may still take the new token, which would be lost otherwise.
         co_return false;

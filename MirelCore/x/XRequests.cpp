@@ -50,6 +50,8 @@ HTTPRequest tokens(const QUrl& root, const QString& clientID, const std::optiona
     }
     fields.append({QStringLiteral("client_id"), clientID});
     asking.body = formEncoded(std::move(fields));
+    // X answers a code and a refresh token once.
+    asking.isUnrepeatable = true;
     return asking;
 }
 
@@ -68,8 +70,16 @@ QStringList secretsIn(const HTTPRequest& request)
     if (authorization.startsWith("Basic "))
         secrets.append(QString::fromUtf8(QByteArray::fromBase64(credentials)).section(u':', 1));
     const QUrlQuery form(QString::fromUtf8(request.body));
-    for (const char* const field : {"code", "code_verifier", "refresh_token"})
-        secrets.append(form.queryItemValue(QString::fromLatin1(field), QUrl::FullyDecoded));
+    for (const char* const field : {"code", "code_verifier", "refresh_token"}) {
+        for (const auto encoding : {QUrl::FullyDecoded, QUrl::FullyEncoded})
+            secrets.append(form.queryItemValue(QString::fromLatin1(field), encoding));
+    }
+    // Also as JSON may have them.
+    const QStringList plain = secrets;
+    for (QString secret : plain) {
+        if (secret.contains(u'/'))
+            secrets.append(secret.replace(u'/', QStringLiteral("\\/")));
+    }
     return secrets;
 }
 

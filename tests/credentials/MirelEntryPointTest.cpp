@@ -150,5 +150,20 @@ TEST(MirelEntryPoint, RunsTheApplicationUnlessArgument1IsExactlyTheSwitch)
     EXPECT_EQ(runWith({"--import-credentials-stdin"}), 7);
 }
 
+TEST(MirelEntryPoint, KeepsTheSecretsOfTheEnvironmentFromWhatTheApplicationStarts)
+{
+    qputenv("X_CLIENT_SECRET", "planted");
+    qputenv("OPENAI_API_KEY", "planted");
+    QByteArray program = "Mirel";
+    std::array<char*, 2> arguments{program.data(), nullptr};
+    QProcessEnvironment inherited;
+    MirelEntryPoint::main(1, arguments.data(), [&inherited](int, char**) {
+        inherited = QProcessEnvironment::systemEnvironment();
+        return 0;
+    });
+    EXPECT_FALSE(inherited.isEmpty());
+    EXPECT_FALSE(inherited.toStringList().join(u' ').contains(QStringLiteral("planted")));
+}
+
 } // namespace
 } // namespace mirel

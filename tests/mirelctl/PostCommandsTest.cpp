@@ -105,7 +105,7 @@ TEST_F(PostCommands, CanBeInterrupted)
         }
     });
     interrupting.start(1);
-    EXPECT_EQ(failure("metrics 10001"), "X returned HTTP 499: canceled");
+    EXPECT_EQ(failure("metrics 10001"), "The command was interrupted.");
     EXPECT_EQ(stored(1).metrics, makePost(1).metrics);
 }
 

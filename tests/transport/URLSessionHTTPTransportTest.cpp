@@ -254,6 +254,28 @@ TEST_F(URLSessionHTTPTransportTest, CancelsWhatIsInFlight)
     EXPECT_EQ(get("/after").body, "still works");
 }
 
+TEST_F(URLSessionHTTPTransportTest, SparesOnRequestWhatCannotBeAskedAgain)
+{
+    m_server.answer("/", [](QTcpSocket&, const ReceivedRequest&) {});
+    QStringList ended;
+    auto wait = [](URLSessionHTTPTransport* transport, HTTPRequest request, QString name,
+                   QStringList* ends) -> QCoro::Task<> {
+        try {
+            co_await transport->data(request);
+        } catch (const HTTPTransportError&) {
+            ends->append(name);
+        }
+    };
+    HTTPRequest token = request("/");
+    token.isUnrepeatable = true;
+    const auto first = wait(&m_transport, request("/"), QStringLiteral("posts"), &ended);
+    const auto second = wait(&m_transport, token, QStringLiteral("token"), &ended);
+    m_transport.cancelRepeatable();
+    EXPECT_EQ(ended, QStringList{QStringLiteral("posts")});
+    m_transport.cancelAll();
+    EXPECT_EQ(ended, (QStringList{QStringLiteral("posts"), QStringLiteral("token")}));
+}
+
 TEST_F(URLSessionHTTPTransportTest, CancelsWhatIsInFlightWhenItIsDestroyed)
 {
     m_server.answer("/", [](QTcpSocket&, const ReceivedRequest&) {});

@@ -182,6 +182,19 @@ TEST_F(XAPIClientRefresh, TellsNoSecretThatXQuotes)
     transport.answer(400, R"({"detail":"planted-client-secret, planted+refresh/token and the rest"})");
     EXPECT_EQ(failure(client.currentUser()),
               XAPIError::http(400, QStringLiteral("[hidden], [hidden] and the rest")));
+    transport.answer(400, R"({"detail":"sent: refresh_token=planted+refresh/token&client_id=c"})");
+    EXPECT_EQ(failure(client.currentUser()),
+              XAPIError::http(400, QStringLiteral("sent: refresh_token=[hidden]&client_id=c")));
+    transport.answer(400, R"(no JSON: planted+refresh\/token)");
+    EXPECT_EQ(failure(client.currentUser()), XAPIError::http(400, QStringLiteral("no JSON: [hidden]")));
+    credentials.refreshToken = QStringLiteral("planted%refresh=token&\u00e9");
+    store(credentials);
+    transport.answer(400, "no");
+    static_cast<void>(failure(client.currentUser()));
+    const QByteArray sent = transport.requests().last().body;
+    ASSERT_TRUE(sent.contains("planted"));
+    transport.answer(400, "sent: " + sent);
+    EXPECT_FALSE(failure(client.currentUser())->description().contains(QStringLiteral("planted")));
     credentials.accessToken = QStringLiteral("planted-access-token");
     credentials.expiresAt.reset();
     store(credentials);
@@ -220,6 +233,63 @@ TEST_F(LateXAPIClientRefresh, DoesNotReplaceAnotherAccountThatWasConnectedMeanwh
     network.answer(0, 200, R"({"access_token":"new"})");
     EXPECT_EQ(failure(std::move(asking)), XAPIError::credentialsMissing());
     EXPECT_EQ(stored(), another);
+}
+
+TEST_F(LateXAPIClientRefresh, DoesNotReplaceAnotherClientThatWasConnectedMeanwhile)
+{
+    store(expiringIn(0));
+    auto asking = late.currentUser();
+    ASSERT_EQ(network.count(), 1);
+    XCredentials another = standardCredentials();
+    another.clientID = QStringLiteral("another");
+    store(another);
+    network.answer(0, 200, R"({"access_token":"new"})");
+    EXPECT_EQ(failure(std::move(asking)), XAPIError::credentialsMissing());
+    EXPECT_EQ(stored(), another);
+}
+
+TEST_F(XAPIClientRefresh, IsMarkedAsARequestThatCannotBeRepeated)
+{
+    store(expiringIn(0));
+    transport.answer(200, R"({"access_token":"new"})");
+    transport.answer(200, userAnswer);
+    static_cast<void>(blockOn(client.currentUser()));
+    EXPECT_TRUE(transport.requests().first().isUnrepeatable);
+    EXPECT_FALSE(transport.requests().last().isUnrepeatable);
+}
+
+// Its second read answers late, with what was stored when it began.
+class VaultWithALateRead : public InMemoryCredentialVault
+{
+public:
+    using InMemoryCredentialVault::InMemoryCredentialVault;
+
+    QCoro::Task<std::optional<XCredentials>> loadXCredentials() override
+    {
+        const auto stored = co_await InMemoryCredentialVault::loadXCredentials();
+        if (m_reads++ == 1)
+            co_await late.opened();
+        co_return std::as_const(stored);
+    }
+
+    Gate late;
+
+private:
+    int m_reads = 0;
+};
+
+TEST_F(LateXAPIClientRefresh, DoesNotBringBackWhatIsRemovedWhileItLooks)
+{
+    VaultWithALateRead slow(expiringIn(0));
+    XAPIClient other(slow, network, QUrl(QStringLiteral("https://api.example/2")),
+                     [] { return Instant::fromSecondsSince1970(nowSeconds); });
+    auto asking = other.currentUser();
+    ASSERT_EQ(network.count(), 1);
+    network.answer(0, 200, R"({"access_token":"new"})");
+    blockOn(slow.clearAll());
+    slow.late.open();
+    EXPECT_EQ(failure(std::move(asking)), XAPIError::credentialsMissing());
+    EXPECT_EQ(blockOn(slow.loadXCredentials()), std::nullopt);
 }
 
 // Can be read once.

@@ -1,0 +1,112 @@
+#include "testing/Printing.h"
+
+#include "model/ModelTestBench.h"
+#include "transport/HTTPTransportError.h"
+
+#include <QSemaphore>
+
+namespace mirel {
+namespace {
+
+using testing::HeldLibrary;
+
+// What the screens may ask for while something else goes on.
+class SyncGuards : public testing::ModelTestBench
+{
+protected:
+    void waitUntilIdle() const
+    {
+        while (model->isSyncing())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+};
+
+TEST_F(SyncGuards, ASyncThatIsAskedForDuringAnotherDoesNotBegin)
+{
+    startWith(3);
+    QSemaphore isAsked;
+    QSemaphore goesOn;
+    x->answer = [&](int) {
+        isAsked.release();
+        EXPECT_TRUE(goesOn.tryAcquire(1, 60'000));
+        return XBookmarkPage{};
+    };
+    model->requestSync(false);
+    while (!isAsked.tryAcquire(1))
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    model->requestSync(true);
+    goesOn.release(2);
+    waitUntilIdle();
+    EXPECT_EQ(library.open()->syncRuns(10).size(), 1);
+    EXPECT_EQ(x->calls.size(), 1U);
+}
+
+TEST_F(SyncGuards, NoSyncBeginsWhileEverythingIsDeleted)
+{
+    startWith(3);
+    HeldLibrary held(*model);
+    auto deleting = model->deleteAllData();
+    model->requestSync(false);
+    blockOn(model->syncIfDue());
+    EXPECT_FALSE(model->isSyncing());
+    held.release();
+    blockOn(std::move(deleting));
+    EXPECT_TRUE(library.open()->syncRuns(10).isEmpty());
+
+    model->requestSync(false);
+    EXPECT_TRUE(model->isSyncing()) << "afterwards one may";
+    waitUntilIdle();
+}
+
+TEST_F(SyncGuards, ADeletionThatFailsLeavesSyncsAlone)
+{
+    startWith(3);
+    library.connect()->execute("CREATE TRIGGER refusing BEFORE DELETE ON bookmarks "
+                               "BEGIN SELECT RAISE(ABORT, 'no'); END");
+    blockOn(model->deleteAllData());
+    ASSERT_TRUE(model->lastError());
+    model->requestSync(false);
+    EXPECT_TRUE(model->isSyncing());
+    waitUntilIdle();
+}
+
+// The check of the connection is canceled as often as a test wants.
+class CanceledChecks : public testing::FakeX
+{
+public:
+    explicit CanceledChecks(std::shared_ptr<std::atomic<int>> cancellations)
+        : m_cancellations(std::move(cancellations))
+    {
+    }
+
+    QCoro::Task<XUser> currentUser() override
+    {
+        if ((*m_cancellations)-- > 0)
+            throw HTTPTransportError(HTTPTransportError::Case::canceled,
+                                     QUrl(QStringLiteral("https://x.example")));
+        co_return XUser{};
+    }
+
+private:
+    std::shared_ptr<std::atomic<int>> m_cancellations;
+};
+
+TEST(ConnectionCheck, BeginsAnewWhenTheEndOfASyncCanceledIt)
+{
+    const auto cancellations = std::make_shared<std::atomic<int>>(2);
+    MirelServices services;
+    const auto thread = std::make_shared<ServiceThread>(QStringLiteral("services"));
+    services.vault = std::make_unique<Serial<CredentialVault>>(thread, [] {
+        return std::make_unique<InMemoryCredentialVault>(XCredentials{.accessToken = QStringLiteral("a")});
+    });
+    services.x = std::make_unique<Serial<XDirectAPI>>(
+        thread, [&] { return std::make_unique<CanceledChecks>(cancellations); });
+    MirelAppModel model(std::move(services));
+    blockOn(model.refreshCredentialState());
+    EXPECT_TRUE(model.xConfigured());
+    EXPECT_EQ(*cancellations, -1);
+    blockOn(model.shutDown());
+}
+
+} // namespace
+} // namespace mirel
