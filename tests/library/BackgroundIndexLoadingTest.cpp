@@ -1,17 +1,12 @@
 #include "testing/Printing.h"
 
-#include "library/BackgroundIndexLoading.h"
 #include "library/ConnectionWatcher.h"
+#include "library/IndexBench.h"
 #include "library/LibraryFilling.h"
-#include "library/LibraryIndex.h"
 #include "library/SQLiteStoreError.h"
-#include "testing/FailingSQLite.h"
-#include "testing/TemporaryLibrary.h"
 
 #include <QFile>
 #include <QThread>
-
-#include <gtest/gtest.h>
 
 #include <numeric>
 
@@ -27,12 +22,6 @@ QList<qint64> newestFirst(int count)
     return ids;
 }
 
-QList<qint64> found(LibraryIndex& index, const char* query)
-{
-    const LibraryRefinements refinements{.query = QString::fromUtf8(query)};
-    return index.matchingIDs(LibraryFilter::all, LibrarySearch(refinements), LibrarySort::newest);
-}
-
 qint64 countOf(LocalLibraryStore& store, const char* query)
 {
     return store
@@ -41,21 +30,9 @@ qint64 countOf(LocalLibraryStore& store, const char* query)
         .totalCount;
 }
 
-class LoadingAhead : public ::testing::Test
+class LoadingAhead : public testing::IndexBench
 {
 protected:
-    LoadingAhead()
-    {
-        static_cast<void>(testing::failingStatements());
-        static_cast<void>(library.open());
-        connection = library.connect();
-        connection->execute("PRAGMA foreign_keys = ON");
-        other = library.connect();
-        index = std::make_unique<LibraryIndex>(*connection);
-    }
-
-    ~LoadingAhead() override { testing::failingStatements().disarm(); }
-
     void SetUp() override
     {
         if (QThread::idealThreadCount() < 2)
@@ -69,11 +46,6 @@ protected:
         index->beginLoadingAhead();
         ConnectionWatcher::waitUntilClosed(1);
     }
-
-    testing::TemporaryLibrary library;
-    std::unique_ptr<SQLiteConnection> connection;
-    std::unique_ptr<SQLiteConnection> other;
-    std::unique_ptr<LibraryIndex> index;
 };
 
 TEST_F(LoadingAhead, LeavesNothingToReadForTheFirstSearch)
@@ -83,7 +55,7 @@ TEST_F(LoadingAhead, LeavesNothingToReadForTheFirstSearch)
     index->endLoadingAhead();
     // One statement finds out whether anything was written.
     testing::failingStatements().arm(1);
-    EXPECT_EQ(found(*index, "type:tweet post"), newestFirst(450));
+    EXPECT_EQ(found("type:tweet post"), newestFirst(450));
     EXPECT_FALSE(testing::failingStatements().fired());
 }
 
@@ -92,7 +64,7 @@ TEST_F(LoadingAhead, LeavesTheRestToTheFirstSearchWhenItIsEndedEarly)
     testing::addBookmarks(*connection, 5'000);
     index->beginLoadingAhead();
     index->endLoadingAhead();
-    EXPECT_EQ(found(*index, "type:tweet post"), newestFirst(5'000));
+    EXPECT_EQ(found("type:tweet post"), newestFirst(5'000));
 }
 
 TEST_F(LoadingAhead, TakesInWhatItsConnectionWroteMeanwhile)
@@ -110,11 +82,11 @@ TEST_F(LoadingAhead, TakesInWhatItsConnectionWroteMeanwhile)
                         "UPDATE bookmarks SET deleted_at = 1 WHERE id = 5;"
                         "UPDATE authors SET username = 'lovelace'");
     index->endLoadingAhead();
-    EXPECT_EQ(found(*index, "label:new"), QList<qint64>{1});
-    EXPECT_EQ(found(*index, "label:old"), QList<qint64>());
-    EXPECT_EQ(found(*index, "folder:box"), QList<qint64>{3});
-    EXPECT_EQ(found(*index, "changed is:read"), QList<qint64>{4});
-    EXPECT_EQ(found(*index, "author:lovelace"), (QList<qint64>{6, 4, 3, 2, 1}));
+    EXPECT_EQ(found("label:new"), QList<qint64>{1});
+    EXPECT_EQ(found("label:old"), QList<qint64>());
+    EXPECT_EQ(found("folder:box"), QList<qint64>{3});
+    EXPECT_EQ(found("changed is:read"), QList<qint64>{4});
+    EXPECT_EQ(found("author:lovelace"), (QList<qint64>{6, 4, 3, 2, 1}));
 }
 
 TEST_F(LoadingAhead, TakesInWhatAnotherConnectionWroteMeanwhile)
@@ -123,8 +95,8 @@ TEST_F(LoadingAhead, TakesInWhatAnotherConnectionWroteMeanwhile)
     loadAhead();
     other->execute("UPDATE bookmarks SET text = 'changed' WHERE id = 2; DELETE FROM bookmarks WHERE id = 1");
     index->endLoadingAhead();
-    EXPECT_EQ(found(*index, "changed"), QList<qint64>{2});
-    EXPECT_EQ(found(*index, "post"), QList<qint64>{3});
+    EXPECT_EQ(found("changed"), QList<qint64>{2});
+    EXPECT_EQ(found("post"), QList<qint64>{3});
 }
 
 TEST_F(LoadingAhead, TakesInWhatIsWrittenAfterIt)
@@ -134,8 +106,8 @@ TEST_F(LoadingAhead, TakesInWhatIsWrittenAfterIt)
     index->endLoadingAhead();
     connection->execute("UPDATE bookmarks SET text = 'mine' WHERE id = 2");
     other->execute("UPDATE bookmarks SET text = 'theirs' WHERE id = 3");
-    EXPECT_EQ(found(*index, "mine"), QList<qint64>{2});
-    EXPECT_EQ(found(*index, "theirs"), QList<qint64>{3});
+    EXPECT_EQ(found("mine"), QList<qint64>{2});
+    EXPECT_EQ(found("theirs"), QList<qint64>{3});
 }
 
 TEST_F(LoadingAhead, FindsLongTextsThatItDoesNotKeep)
@@ -144,8 +116,8 @@ TEST_F(LoadingAhead, FindsLongTextsThatItDoesNotKeep)
     loadAhead();
     index->endLoadingAhead();
     EXPECT_LE(index->size().bytes, 50 * 2'048);
-    EXPECT_EQ(found(*index, "\"short 17\""), QList<qint64>());
-    EXPECT_EQ(found(*index, "\"long 17\""), QList<qint64>{17});
+    EXPECT_EQ(found("\"short 17\""), QList<qint64>());
+    EXPECT_EQ(found("\"long 17\""), QList<qint64>{17});
 }
 
 TEST_F(LoadingAhead, ReportsAnUnreadableBookmarkToTheSearchThatComesToIt)
@@ -154,9 +126,9 @@ TEST_F(LoadingAhead, ReportsAnUnreadableBookmarkToTheSearchThatComesToIt)
     connection->execute("UPDATE bookmarks SET media_json = 'damaged', is_archived = 1 WHERE id = 2");
     loadAhead();
     index->endLoadingAhead();
-    EXPECT_THROW(found(*index, "post"), Error);
+    EXPECT_THROW(found("post"), Error);
     connection->execute("UPDATE bookmarks SET media_json = '[]' WHERE id = 2");
-    EXPECT_EQ(found(*index, "post"), newestFirst(3));
+    EXPECT_EQ(found("post"), newestFirst(3));
 }
 
 TEST_F(LoadingAhead, StaysAwayFromALibraryThatAReaderWouldBlock)
@@ -168,7 +140,7 @@ TEST_F(LoadingAhead, StaysAwayFromALibraryThatAReaderWouldBlock)
     index->beginLoadingAhead();
     index->endLoadingAhead();
     EXPECT_EQ(ConnectionWatcher::opened, 0);
-    EXPECT_EQ(found(*index, "post"), newestFirst(3));
+    EXPECT_EQ(found("post"), newestFirst(3));
 }
 
 TEST_F(LoadingAhead, ReadsNothingWhenItGetsNoConnection)
@@ -180,7 +152,7 @@ TEST_F(LoadingAhead, ReadsNothingWhenItGetsNoConnection)
         index->beginLoadingAhead();
         index->endLoadingAhead();
     }
-    EXPECT_EQ(found(*index, "post"), newestFirst(3));
+    EXPECT_EQ(found("post"), newestFirst(3));
 }
 
 TEST_F(LoadingAhead, EndsWithItsIndex)

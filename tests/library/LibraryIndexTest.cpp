@@ -1,47 +1,16 @@
 #include "testing/Printing.h"
 
+#include "library/IndexBench.h"
 #include "library/LibraryFilling.h"
-#include "library/LibraryIndex.h"
 #include "support/Error.h"
-#include "testing/FailingSQLite.h"
-#include "testing/TemporaryLibrary.h"
-
-#include <gtest/gtest.h>
 
 #include <sqlite3.h>
 
 namespace mirel {
 namespace {
 
-class LibraryIndexOfAConnection : public ::testing::Test
+class LibraryIndexOfAConnection : public testing::IndexBench
 {
-protected:
-    LibraryIndexOfAConnection()
-    {
-        static_cast<void>(testing::failingStatements());
-        static_cast<void>(library.open());
-        connection = library.connect();
-        connection->execute("PRAGMA foreign_keys = ON");
-        other = library.connect();
-        index = std::make_unique<LibraryIndex>(*connection);
-    }
-
-    ~LibraryIndexOfAConnection() override { testing::failingStatements().disarm(); }
-
-    // Newest first, which is by descending id.
-    QList<qint64> found(const char* query, LibraryFilter mailbox = LibraryFilter::all)
-    {
-        return found(LibraryRefinements{.query = QString::fromUtf8(query)}, mailbox);
-    }
-    QList<qint64> found(const LibraryRefinements& refinements, LibraryFilter mailbox = LibraryFilter::all)
-    {
-        return index->matchingIDs(mailbox, LibrarySearch(refinements), LibrarySort::newest);
-    }
-
-    testing::TemporaryLibrary library;
-    std::unique_ptr<SQLiteConnection> connection;
-    std::unique_ptr<SQLiteConnection> other;
-    std::unique_ptr<LibraryIndex> index;
 };
 
 TEST_F(LibraryIndexOfAConnection, HoldsNothingUntilItIsAsked)
