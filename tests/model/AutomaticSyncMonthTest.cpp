@@ -23,6 +23,8 @@ struct Month
     int requestsPerFault;
     // Faults leave no gap when they come before the first page of a walk has arrived.
     bool failsOnFirstPagesOnly;
+    // A sync also brings the threads of the new posts, each by a request that may fail.
+    bool fetchesThreads = false;
 };
 
 void PrintTo(const Month& month, std::ostream* out)
@@ -36,6 +38,9 @@ struct Account
     // Numbered from 1.
     int posts = 60;
     QSet<QString> delivered;
+    // The posts whose threads were delivered, and how many requests for one failed.
+    QSet<QString> deliveredThreads;
+    int threadFaults = 0;
     // It grows no more, and no request fails.
     bool isQuiet = false;
 };
@@ -58,17 +63,40 @@ public:
     QCoro::Task<XBookmarkPage> bookmarks(std::optional<QString> token, qint64 maxResults) override
     {
         calls.push_back({token, maxResults});
-        onRequest();
-        // A request takes its time, now and then longer than the pause between two checks.
-        m_clock.advance(m_random.chance(20) ? 2'000 : m_random.below(30));
-        if (!m_account.isQuiet && m_month.requestsPerFault > 0 && !(m_month.failsOnFirstPagesOnly && token) &&
-            m_random.chance(m_month.requestsPerFault))
+        passTime();
+        if (!(m_month.failsOnFirstPagesOnly && token) && fails())
             throwFault();
         EXPECT_EQ(maxResults, 50);
         co_return page(token ? token->toInt() : 0);
     }
 
+    QCoro::Task<QList<ThreadPost>> conversation(QString conversationID, QString) override
+    {
+        passTime();
+        if (fails()) {
+            ++m_account.threadFaults;
+            throwFault();
+        }
+        const int number = conversationID.mid(4).toInt();
+        EXPECT_EQ(makePost(number).conversationID, conversationID);
+        m_account.deliveredThreads.insert(makePost(number).tweetID);
+        co_return testing::makeThread(2);
+    }
+
 private:
+    // A request takes its time, now and then longer than the pause between two checks.
+    void passTime()
+    {
+        onRequest();
+        m_clock.advance(m_random.chance(20) ? 2'000 : m_random.below(30));
+    }
+
+    bool fails()
+    {
+        return !m_account.isQuiet && m_month.requestsPerFault > 0 &&
+               m_random.chance(m_month.requestsPerFault);
+    }
+
     [[noreturn]] void throwFault()
     {
         switch (m_random.below(6)) {
@@ -211,6 +239,7 @@ protected:
                   m_crashes);
         if (m_expectsRun) {
             EXPECT_EQ(storedPosts(), m_account.delivered) << "nothing that arrived is lost";
+            EXPECT_EQ(postsWithThreads(), m_account.deliveredThreads);
         }
         EXPECT_FALSE(model && model->isSyncing());
     }
@@ -231,10 +260,15 @@ protected:
         return *m_tables;
     }
     qint64 countOf(const char* query) { return tables().firstRow(query)->integer("n").value(); }
-    QSet<QString> storedPosts()
+    QSet<QString> storedPosts() { return idsOf("SELECT tweet_id FROM bookmarks"); }
+    QSet<QString> postsWithThreads()
+    {
+        return idsOf("SELECT tweet_id FROM bookmarks WHERE json_array_length(thread_json) = 2");
+    }
+    QSet<QString> idsOf(const char* query)
     {
         QSet<QString> ids;
-        for (const SQLiteRow& row : tables().rows("SELECT tweet_id FROM bookmarks"))
+        for (const SQLiteRow& row : tables().rows(query))
             ids.insert(row.text("tweet_id").value());
         return ids;
     }
@@ -276,6 +310,8 @@ TEST_P(AutomaticSyncMonth, KeepsToTheRuleAndBringsWhatTheAccountHolds)
     library.open();
     prefer([](AppPreferences& preferences) {
         preferences.automaticSyncIntervalHours = GetParam().intervalHours;
+        if (GetParam().fetchesThreads)
+            preferences.threadEnrichment = AppPreferences::ThreadEnrichment::automatic;
     });
     for (int left = checksOfAMonth; left > 0;) {
         const int checks = std::min(left, 200 + m_random.below(800));
@@ -294,6 +330,8 @@ TEST_P(AutomaticSyncMonth, KeepsToTheRuleAndBringsWhatTheAccountHolds)
         EXPECT_EQ(model->lastError(), std::nullopt);
     }
     EXPECT_EQ(storedPosts(), accountPosts());
+    EXPECT_EQ(postsWithThreads(), GetParam().fetchesThreads ? accountPosts() : QSet<QString>());
+    EXPECT_EQ(m_account.threadFaults > 0, GetParam().fetchesThreads);
     expectNoOverlap();
     const qint64 mostRuns = 31 * 24 / GetParam().intervalHours + 1;
     const qint64 runs =
@@ -310,7 +348,8 @@ INSTANTIATE_TEST_SUITE_P(, AutomaticSyncMonth,
                          ::testing::Values(Month{"WithoutFaults", 1, 6, 0, false},
                                            Month{"DailyWithFaults", 2, 24, 4, false},
                                            Month{"EverySixHoursWithFaults", 3, 6, 5, false},
-                                           Month{"TwiceADayWithFaultsOnFirstPages", 4, 12, 3, true}),
+                                           Month{"TwiceADayWithFaultsOnFirstPages", 4, 12, 3, true},
+                                           Month{"TwiceADayWithThreadsAndFaults", 5, 12, 12, false, true}),
                          [](const auto& each) { return std::string(each.param.name); });
 
 } // namespace

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "testing/TemporaryLibrary.h"
+#include "x/FailingVault.h"
 #include "x/FakeX.h"
 #include "x/RecordingTransport.h"
-#include "x/VaultThatCannotSave.h"
 
 #include "model/MirelAppModel.h"
 #include "support/BlockOn.h"
@@ -50,40 +50,6 @@ public:
 
 private:
     std::map<int, std::unique_ptr<QPromise<void>>> m_held;
-};
-
-// A vault whose n-th call (from 0) can be made to fail.
-class FailingVault : public InMemoryCredentialVault
-{
-public:
-    using InMemoryCredentialVault::InMemoryCredentialVault;
-
-    // -1: none.
-    std::atomic<int> failing = -1;
-    std::atomic<int> calls = 0;
-
-    QCoro::Task<std::optional<XCredentials>> loadXCredentials() override
-    {
-        fail();
-        return InMemoryCredentialVault::loadXCredentials();
-    }
-    QCoro::Task<> saveXCredentials(XCredentials credentials) override
-    {
-        fail();
-        return InMemoryCredentialVault::saveXCredentials(std::move(credentials));
-    }
-    QCoro::Task<> clearAll() override
-    {
-        fail();
-        return InMemoryCredentialVault::clearAll();
-    }
-
-private:
-    void fail()
-    {
-        if (calls++ == failing)
-            throw VaultLocked();
-    }
 };
 
 // A browser that the test plays.
@@ -184,7 +150,10 @@ protected:
                 *vault, *transport, QUrl(QStringLiteral("https://api.example/2")),
                 QUrl(QStringLiteral("https://x.example/i/oauth2/authorize")), library.clock.clock());
         });
-        result.makeWebAuthenticationSession = [this] { return std::make_unique<PlayedBrowser>(&browser); };
+        result.makeWebAuthenticationSession = [this] {
+            ++openedBrowsers;
+            return std::make_unique<PlayedBrowser>(&browser);
+        };
         result.cacheDirectory = QDir(library.directory()).filePath(QStringLiteral("caches"));
         return result;
     }
@@ -234,6 +203,7 @@ protected:
     AskedX* x = nullptr;
     // Null when none is open.
     PlayedBrowser* browser = nullptr;
+    int openedBrowsers = 0;
 };
 
 } // namespace mirel::testing

@@ -18,7 +18,10 @@ protected:
         const auto opened = library.open();
         for (int number = 1; number <= 3; ++number)
             opened->upsertFromX(testing::makePost(number), library.clock.now());
-        opened->savePreferences(smallPages());
+        AppPreferences preferences = smallPages();
+        // A sync that nobody asked for would run beside what is tested.
+        preferences.automaticSync = false;
+        opened->savePreferences(preferences);
         makeModel(storedCredentials());
         blockOn(model->start());
         waitForQuestions(1);

@@ -123,18 +123,52 @@ TEST_F(SyncControl, ANewSyncClearsAnOldError)
     EXPECT_EQ(model->lastError(), std::nullopt);
 }
 
-TEST_F(SyncControl, AHistoryThatCannotBeReadKeepsTheOldOne)
+// The parameter is the table that cannot be read.
+class UnreadableHistory : public SyncControl, public ::testing::WithParamInterface<const char*>
+{
+protected:
+    void rename(const QByteArray& from, const QByteArray& to) const
+    {
+        library.connect()->execute("ALTER TABLE " + from + " RENAME TO " + to);
+    }
+    // A run of which the model has not heard.
+    void addRun() const
+    {
+        library.clock.advance(1);
+        const auto opened = library.open();
+        const qint64 id = opened->createSyncRun(SyncRun::Kind::automatic).id;
+        opened->appendSyncLogEntry(id, SyncLogEntry::Event::started, QStringLiteral("later"));
+    }
+};
+
+TEST_P(UnreadableHistory, KeepsTheOldOne)
 {
     x->answer = [](int) { return makePage(1, 5); };
     blockOn(model->syncNow({}, false));
-    library.connect()->execute("ALTER TABLE sync_log_entries RENAME TO gone");
+    const QList<SyncRun> runs = model->syncRuns();
+    const QList<SyncLogEntry> entries = model->syncLogEntries();
+    ASSERT_EQ(runs.size(), 1);
+    ASSERT_EQ(entries.size(), 3);
+    addRun();
+    rename(GetParam(), "gone");
     blockOn(model->refreshSyncRuns());
-    EXPECT_TRUE(model->lastError());
-    EXPECT_EQ(model->syncRuns().size(), 1);
-    library.connect()->execute("ALTER TABLE gone RENAME TO sync_log_entries");
+    ASSERT_TRUE(model->lastError());
+    EXPECT_TRUE(model->lastError()->contains(QString::fromLatin1(GetParam())))
+        << model->lastError()->toStdString();
+    EXPECT_EQ(model->syncRuns(), runs);
+    EXPECT_EQ(model->syncLogEntries(), entries);
+    rename("gone", GetParam());
+    blockOn(model->refreshSyncRuns());
+    ASSERT_EQ(model->syncRuns().size(), 2);
+    EXPECT_EQ(model->syncRuns().first().kind, SyncRun::Kind::automatic);
+    ASSERT_EQ(model->syncLogEntries().size(), 4);
+    EXPECT_EQ(model->syncLogEntries().first().message, QStringLiteral("later"));
 }
 
-TEST_F(SyncControl, AFailureReloadsTheHistoryAndNotTheLibrary)
+INSTANTIATE_TEST_SUITE_P(Tables, UnreadableHistory, ::testing::Values("sync_runs", "sync_log_entries"),
+                         [](const auto& row) { return std::string(row.param); });
+
+TEST_F(SyncControl, AFailureBeforeTheFirstPageReloadsTheHistoryAndNotTheLibrary)
 {
     x->answer = [](int) -> XBookmarkPage { throw XAPIError::invalidResponse(); };
     blockOn(model->start());
