@@ -328,6 +328,8 @@ Q_SIGNALS:
     void libraryChanged();
     void isLoadingChanged();
     void selectionChanged();
+    // openBookmark() has shown its bookmark, be it the one that the reader showed already.
+    void bookmarkOpened();
     void shownPostChanged();
     void organizationChanged();
     void highlightsChanged();
