@@ -229,7 +229,7 @@ ApplicationWindow {
 
                 Layout.fillWidth: true
                 appModel: main.appModel
-                errorIsShownElsewhere: !main.appModel.isReaderOpen && (content.shown === "unavailable" || content.shown === "failed")
+                errorShownElsewhere: main.appModel.isReaderOpen ? "" : content.shownError
             }
         }
     }
