@@ -381,6 +381,34 @@ TEST_F(Connection, TheWindowThatIsOpenTakesTheLinkOfASecondStart)
     EXPECT_TRUE(window.isRunning());
 }
 
+TEST_F(Connection, AGuessedCallbackHandedToTheWindowConnectsNothing)
+{
+    Program window(programs::application, {}, windowEnvironment());
+    ASSERT_TRUE(eventually([] { return QFile::exists(socketPath()); }));
+    simulator.forgetRequests();
+    expectSuccess(runProgram(programs::application,
+                             {QStringLiteral("mirel://oauth/x?state=guessed&code=guessed")},
+                             windowEnvironment()),
+                  "");
+    EXPECT_TRUE(window.isRunning());
+    EXPECT_EQ(stored(), std::nullopt);
+    EXPECT_EQ(simulator.requests(), QJsonArray()) << "X is asked nothing";
+}
+
+TEST_F(Connection, AWindowTakesLinksOnceTheSignInThatTookThemIsOver)
+{
+    Program connect(programs::mirelctl, connecting(), environment());
+    ASSERT_FALSE(connect.line().isEmpty());
+    ASSERT_TRUE(QFile::exists(socketPath()));
+    Program window(programs::application, {}, windowEnvironment());
+    ASSERT_TRUE(eventually([&] { return window.hasOpened(libraryPath()); }));
+    connect.interrupt();
+    EXPECT_EQ(connect.finish().exitStatus, 1);
+    ASSERT_TRUE(eventually([] { return QFile::exists(socketPath()); }));
+    expectSuccess(runProgram(programs::application, {}, windowEnvironment()), "");
+    EXPECT_TRUE(window.isRunning());
+}
+
 TEST_F(Connection, AWindowThatWasKilledLeavesNothingInTheWay)
 {
     {
