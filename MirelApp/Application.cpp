@@ -182,19 +182,19 @@ Application::Application(Options options, std::unique_ptr<LinkReceiver> receiver
     , m_screens(std::make_unique<Screens>(
           *m_model, *m_desktop, MirelPaths::cacheDirectory(QProcessEnvironment::systemEnvironment())))
     , m_syncChecks(*m_model, m_pause)
-    , m_links(std::move(receiver))
 {
     if (m_options.screenshot)
         return;
-    if (m_links)
-        m_links->receive([this](const HandedLink& handed) { return takeLink(handed); });
+    if (receiver)
+        m_links = std::make_unique<WindowLinks>(std::move(receiver), *m_model, *m_screens,
+                                                MirelPaths::databasePath());
     m_settings = std::make_unique<QSettings>(QStringLiteral("Mirel"), QStringLiteral("Mirel"));
     m_placement = std::make_unique<WindowPlacement>(m_screens->window(), *m_settings);
 }
 
 int Application::run()
 {
-    m_screens->window().show();
+    m_screens->show();
     if (m_options.screenshot) {
         blockOn(takeScreenshot());
         m_screens->window().hide();
@@ -211,18 +211,6 @@ int Application::run()
     blockOn(std::move(shuttingDown));
     blockOn(std::move(working));
     return 0;
-}
-
-bool Application::takeLink(const HandedLink& handed)
-{
-    if (!handed.url && handed.libraryPath != handedLink(m_options).libraryPath)
-        return false;
-    m_screens->window().show();
-    m_screens->window().raise();
-    m_screens->window().requestActivate();
-    if (handed.url)
-        m_model->handleOpenURL(parseURL(*handed.url).value_or(QUrl()));
-    return true;
 }
 
 QCoro::Task<> Application::work()

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "model/ContinuousPause.h"
-#include "model/LinkReceiver.h"
 #include "model/SyncChecks.h"
 #include "screens/Screens.h"
+#include "screens/WindowLinks.h"
 #include "screens/WindowPlacement.h"
 
 #include <QSettings>
@@ -39,7 +39,6 @@ public:
 private:
     QCoro::Task<> work();
     QCoro::Task<> takeScreenshot();
-    [[nodiscard]] bool takeLink(const HandedLink& handed);
 
     Options m_options;
     std::unique_ptr<DesktopSettings> m_desktop;
@@ -49,7 +48,7 @@ private:
     std::unique_ptr<WindowPlacement> m_placement;
     ContinuousPause m_pause;
     SyncChecks m_syncChecks;
-    std::unique_ptr<LinkReceiver> m_links;
+    std::unique_ptr<WindowLinks> m_links;
 };
 
 } // namespace mirel

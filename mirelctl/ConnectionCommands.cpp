@@ -37,12 +37,16 @@ std::optional<QUrl> callbackIn(const QString& text)
 class Arrivals
 {
 public:
-    explicit Arrivals(const CommandSurroundings& surroundings)
-        : m_lines(surroundings.input, [this](const std::optional<QString>& line) { takeLine(line); })
+    explicit Arrivals(int input)
+        : m_lines(input, [this](const std::optional<QString>& line) { takeLine(line); })
+    {
+    }
+
+    // From now on callbacks are taken, if no other program takes them.
+    void receiveCallbacks(const QProcessEnvironment& environment)
     {
         try {
-            m_receiver =
-                std::make_unique<LinkReceiver>(MirelPaths::runtimeDirectory(surroundings.environment));
+            m_receiver = std::make_unique<LinkReceiver>(MirelPaths::runtimeDirectory(environment));
             if (!m_receiver->claim())
                 m_receiver.reset();
         } catch (const FileError&) {
@@ -54,6 +58,13 @@ public:
 
     // Callbacks arrive without the user's help.
     [[nodiscard]] bool receivesCallbacks() const { return m_receiver != nullptr; }
+
+    // The next line of standard input, before receiveCallbacks(); absent when it has ended, or after end().
+    [[nodiscard]] std::optional<QString> nextLine()
+    {
+        Q_ASSERT(!m_receiver);
+        return next();
+    }
 
     // The next line or callback; absent when nothing can come any more, or after end().
     [[nodiscard]] std::optional<QString> next()
@@ -177,7 +188,7 @@ void ConnectCommand::describe(CommandSyntax& syntax)
 QByteArray ConnectCommand::run(MirelAppModel& model, const CommandSurroundings& surroundings) const
 {
     requireLibrary(model);
-    Arrivals arrivals(surroundings);
+    Arrivals arrivals(surroundings.input);
     bool isBegun = false;
     bool isCanceled = false;
     std::optional<QCoro::Task<>> ending;
@@ -188,11 +199,14 @@ QByteArray ConnectCommand::run(MirelAppModel& model, const CommandSurroundings& 
         arrivals.end();
     });
     const QProcessEnvironment& environment = surroundings.environment;
-    const QString secret = readsSecret ? arrivals.next().value_or(QString())
-                                       : environment.value(QStringLiteral("X_CLIENT_SECRET"));
+    const auto secret = readsSecret ? arrivals.nextLine()
+                                    : std::optional(environment.value(QStringLiteral("X_CLIENT_SECRET")));
     if (!isCanceled) {
-        blockOn(model.beginXOAuth(clientID.value_or(environment.value(QStringLiteral("X_CLIENT_ID"))), secret,
-                                  redirectURI));
+        if (!secret)
+            throw CommandError(QStringLiteral("No client secret came on standard input."));
+        arrivals.receiveCallbacks(environment);
+        blockOn(model.beginXOAuth(clientID.value_or(environment.value(QStringLiteral("X_CLIENT_ID"))),
+                                  *secret, redirectURI));
         requireNoFailure(model);
         isBegun = true;
         showPage(model, surroundings, arrivals.receivesCallbacks());

@@ -36,6 +36,8 @@ LinkReceiver::~LinkReceiver()
 
 bool LinkReceiver::claim()
 {
+    if (isClaimed())
+        return true;
     if (!m_lock.tryLock(0))
         return false;
     // Whoever left a socket here is dead, or it would hold the lock.

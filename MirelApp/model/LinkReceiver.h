@@ -35,6 +35,8 @@ public:
     // Makes this program the one that receives, in place of one that is gone. Returns false when another one
     // does, or when it is not possible in `directory`. Links wait from now on.
     [[nodiscard]] bool claim();
+    // claim() succeeded.
+    [[nodiscard]] bool isClaimed() const { return m_server.isListening(); }
 
     // Takes links in the event loop of this thread.
     void receive(Take take);

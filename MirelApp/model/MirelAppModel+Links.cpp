@@ -13,6 +13,7 @@ QCoro::Task<> MirelAppModel::handleOpenURL(QUrl url)
         co_await completeXAuthorization(url);
         co_return;
     }
+    Q_EMIT linkFollowed();
     const auto reference = MirelDeepLink::postReference(url);
     if (!reference) {
         setLastError(QStringLiteral("That Mirel link does not contain an X post URL or tweet ID."));

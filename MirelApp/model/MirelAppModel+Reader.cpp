@@ -66,6 +66,7 @@ QCoro::Task<> MirelAppModel::openBookmark(qint64 id)
         if (!bookmark || m_selectedBookmarkID != id)
             co_return;
         setReaderBookmark(bookmark);
+        Q_EMIT bookmarkOpened();
         co_await loadReaderContext(id);
     } catch (...) {
         if (m_selectedBookmarkID == id)

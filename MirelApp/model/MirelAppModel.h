@@ -328,6 +328,10 @@ Q_SIGNALS:
     void libraryChanged();
     void isLoadingChanged();
     void selectionChanged();
+    // openBookmark() has shown its bookmark, be it the one that the reader showed already.
+    void bookmarkOpened();
+    // A link from outside that is no callback of a sign-in is about to be followed.
+    void linkFollowed();
     void shownPostChanged();
     void organizationChanged();
     void highlightsChanged();

@@ -63,6 +63,7 @@ ColumnLayout {
     SheetLoader {
         id: question
 
+        appModel: settings.appModel
         sourceComponent: ConfirmationSheet {
             title: "Clear the credentials?"
             explanation: "Mirel removes its tokens and keys from the keyring and can no longer sync. Your library stays as it is."

@@ -34,6 +34,7 @@ ColumnLayout {
     SheetLoader {
         id: question
 
+        appModel: zone.appModel
         sourceComponent: ConfirmationSheet {
             title: "Delete all data?"
             explanation: "Mirel removes every bookmark, label, folder, rule, note and highlight, the sync history, the settings, and all tokens and keys from this computer. Your bookmarks on X stay. This cannot be undone."

@@ -27,6 +27,13 @@ Rectangle {
         return appModel.hasListingFailed ? "failed" : "empty";
     }
 
+    // The error that stands in place of the rows; empty when none does.
+    readonly property string shownError: {
+        if (shown === "unavailable")
+            return appModel.lastError;
+        return shown === "failed" ? appModel.listingError : "";
+    }
+
     signal openedOnX(url address)
     signal settingsRequested
 

@@ -229,7 +229,7 @@ ApplicationWindow {
 
                 Layout.fillWidth: true
                 appModel: main.appModel
-                errorIsShownElsewhere: !main.appModel.isReaderOpen && (content.shown === "unavailable" || content.shown === "failed")
+                errorShownElsewhere: main.appModel.isReaderOpen ? "" : content.shownError
             }
         }
     }
@@ -237,6 +237,7 @@ ApplicationWindow {
     SheetLoader {
         id: history
 
+        appModel: main.appModel
         sourceComponent: SyncHistoryView {
             appModel: main.appModel // qmllint disable unqualified
         }
@@ -245,6 +246,7 @@ ApplicationWindow {
     SheetLoader {
         id: settings
 
+        appModel: main.appModel
         sourceComponent: SettingsView {
             appModel: main.appModel // qmllint disable unqualified
         }
@@ -253,6 +255,7 @@ ApplicationWindow {
     SheetLoader {
         id: openPost
 
+        appModel: main.appModel
         sourceComponent: OpenPostBox {
             appModel: main.appModel // qmllint disable unqualified
         }

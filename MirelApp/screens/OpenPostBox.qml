@@ -7,6 +7,7 @@ Sheet {
     id: box
 
     required property MirelAppModel appModel
+    // Until the post is opened or the box closed: a failed look-up leaves it so.
     property bool isAsking: false
 
     function ask() {
@@ -28,9 +29,7 @@ Sheet {
         target: box.appModel
         enabled: box.isAsking
 
-        function onSelectionChanged() {
-            if (!box.appModel.isReaderOpen)
-                return;
+        function onBookmarkOpened() {
             box.close();
             address.text = "";
         }

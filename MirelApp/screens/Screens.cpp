@@ -48,6 +48,20 @@ Screens::Screens(MirelAppModel& model, DesktopSettings& desktop, const QString& 
     m_theme = m_engine.singletonInstance<Theme*>(qmlTypeId("Mirel.Screens", 1, 0, "Theme"));
 }
 
+void Screens::show()
+{
+    // QWindow::show() would end its being maximized.
+    m_window->setVisible(true);
+}
+
+void Screens::bringToFront()
+{
+    m_window->setWindowStates(m_window->windowStates() & ~Qt::WindowMinimized);
+    show();
+    m_window->raise();
+    m_window->requestActivate();
+}
+
 bool Screens::isLoadingPictures() const
 {
     return isLoadingPicture(*m_window->contentItem());

@@ -21,6 +21,11 @@ public:
     [[nodiscard]] QQuickWindow& window() const { return *m_window; }
     [[nodiscard]] Theme& theme() const { return *m_theme; }
 
+    // Shows the window in the state that it has, such as maximized.
+    void show();
+    // Shows the window before all others; one that was minimized is not any more.
+    void bringToFront();
+
     // A picture on the screen is still being loaded.
     [[nodiscard]] bool isLoadingPictures() const;
 

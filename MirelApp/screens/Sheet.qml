@@ -109,7 +109,7 @@ Popup {
             visible: active
             sourceComponent: StatusBar {
                 appModel: sheet.messages // qmllint disable unqualified
-                errorIsShownElsewhere: false
+                errorShownElsewhere: ""
                 color: Theme.surface
             }
         }

@@ -5,6 +5,7 @@ import Mirel.Screens
 Loader {
     id: loader
 
+    required property MirelAppModel appModel
     readonly property Sheet sheet: item as Sheet
     readonly property bool isOpen: sheet !== null && sheet.visible
 
@@ -14,4 +15,14 @@ Loader {
     }
 
     active: false
+
+    // Nothing may stand over the post that a link opens, nor over why it opens none.
+    Connections {
+        target: loader.appModel
+
+        function onLinkFollowed() {
+            if (loader.isOpen)
+                loader.sheet.close();
+        }
+    }
 }

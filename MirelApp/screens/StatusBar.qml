@@ -7,8 +7,8 @@ Rectangle {
     id: bar
 
     required property MirelAppModel appModel
-    // The error already stands in place of the rows.
-    required property bool errorIsShownElsewhere
+    // The error that already stands in place of the rows; empty when none does.
+    required property string errorShownElsewhere
 
     visible: error.message !== "" || status.message !== ""
     implicitHeight: lines.implicitHeight + Measures.small
@@ -32,8 +32,8 @@ Rectangle {
             symbol: "triangle-alert"
             symbolColor: Theme.failure
             kind: "Error"
-            message: bar.errorIsShownElsewhere ? "" : bar.appModel.lastError
-            action: bar.appModel.hasListingFailed ? "Try Again" : ""
+            message: bar.appModel.lastError === bar.errorShownElsewhere ? "" : bar.appModel.lastError
+            action: bar.appModel.lastError === bar.appModel.listingError ? "Try Again" : ""
             onActionRequested: bar.appModel.requestRefresh()
             onDismissed: bar.appModel.dismissError()
         }

@@ -12,6 +12,9 @@
 #include <QUrlQuery>
 
 #include <csignal>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 namespace mirel::testing {
 namespace {
@@ -60,10 +63,21 @@ public:
         m_process.setReadChannel(QProcess::StandardOutput);
         return m_errors.contains(text);
     }
-    void write(const QByteArray& line)
+    void write(const QByteArray& line) { writePart(line + '\n'); }
+    void writePart(const QByteArray& ofLine)
     {
-        m_process.write(line + '\n');
+        m_process.write(ofLine);
         m_process.waitForBytesWritten();
+    }
+    // Whether all that was written has been read.
+    [[nodiscard]] bool hasReadItsInput() const
+    {
+        const QString path = QStringLiteral("/proc/%1/fd/0").arg(m_process.processId());
+        const int input = ::open(path.toUtf8().constData(), O_RDONLY | O_NONBLOCK);
+        int unread = -1;
+        ::ioctl(input, FIONREAD, &unread);
+        ::close(input);
+        return unread == 0;
     }
     void endInput() { m_process.closeWriteChannel(); }
     void interrupt() const { ::kill(static_cast<pid_t>(m_process.processId()), SIGINT); }
@@ -75,6 +89,14 @@ public:
         return result;
     }
     [[nodiscard]] bool isRunning() const { return m_process.state() == QProcess::Running; }
+    [[nodiscard]] bool hasOpened(const QString& path) const
+    {
+        const QDir descriptors(QStringLiteral("/proc/%1/fd").arg(m_process.processId()));
+        const QStringList names = descriptors.entryList(QDir::Files | QDir::System);
+        return std::any_of(names.begin(), names.end(), [&](const QString& name) {
+            return QFile::symLinkTarget(descriptors.filePath(name)) == path;
+        });
+    }
 
     // What every user of the machine and the user's other programs can see of it.
     [[nodiscard]] QByteArray visibleParts() const
@@ -124,6 +146,13 @@ protected:
         result.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
         return result;
     }
+
+    static QStringList connectingWithSecret()
+    {
+        return connecting() + QStringList{QStringLiteral("--client-secret-stdin")};
+    }
+
+    [[nodiscard]] QString libraryPath() const { return directory.filePath(QStringLiteral("mirel.sqlite3")); }
 
     static QString socketPath()
     {
@@ -259,6 +288,34 @@ TEST_F(Connection, NeedsAClientAndAnAddressThatXMayReturnTo)
                   "Enter a valid X OAuth redirect URI.");
 }
 
+TEST_F(Connection, EndsWhenTheSecretDoesNotCome)
+{
+    expectFailure(runProgram(programs::mirelctl, connectingWithSecret(), environment()),
+                  "No client secret came on standard input.");
+}
+
+TEST_F(Connection, LeavesCallbacksToOthersUntilItHasTheSecret)
+{
+    Program connect(programs::mirelctl, connectingWithSecret(), environment());
+    connect.writePart(plantedSecret.first(7));
+    ASSERT_TRUE(eventually([&] { return connect.hasReadItsInput(); })) << "it waits for the rest";
+    Program other(programs::mirelctl, connecting(), environment());
+    EXPECT_FALSE(other.line().isEmpty());
+    EXPECT_TRUE(other.says("If the browser cannot return"));
+    // Would be the secret if that were waited for in the same way.
+    expectSuccess(runProgram(programs::application,
+                             {QStringLiteral("mirel://oauth/x?state=guessed&code=guessed")},
+                             windowEnvironment()),
+                  "");
+    connect.write(plantedSecret.sliced(7));
+    const QString page = connect.line();
+    EXPECT_TRUE(connect.says("another sign-in waits"));
+    connect.write(simulator.callbackOf(page).toUtf8());
+    EXPECT_EQ(connect.finish().output, "Connected @mirel_demo.\n");
+    ASSERT_TRUE(stored());
+    EXPECT_EQ(stored()->clientSecret, QString::fromUtf8(plantedSecret));
+}
+
 TEST_F(Connection, DeletesEverythingOnlyWhenItIsMeant)
 {
     Program connect(programs::mirelctl, connecting(), environment());
@@ -301,10 +358,12 @@ TEST_F(Connection, TheWindowThatIsOpenTakesTheLinkOfASecondStart)
 
     Program window(programs::application, {}, windowEnvironment());
     ASSERT_TRUE(eventually([] { return QFile::exists(socketPath()); }));
-    EXPECT_EQ(QFileInfo(socketPath()).permissions() &
-                  (QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
-                   QFile::WriteOther | QFile::ExeOther | QFile::ExeOwner),
-              QFile::Permissions());
+    constexpr auto ofOthers = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
+                              QFile::WriteOther | QFile::ExeOther;
+    const auto permissions = [] { return QFileInfo(socketPath()).permissions(); };
+    EXPECT_EQ(permissions() & ofOthers, QFile::Permissions()) << "from the beginning";
+    // A socket is made executable for its owner.
+    EXPECT_TRUE(eventually([&] { return !permissions().testFlag(QFile::ExeOwner); }));
     EXPECT_FALSE(isPictureAsked());
     expectSuccess(
         runProgram(programs::application, {QStringLiteral("mirel://open/") + id}, windowEnvironment()), "");
@@ -319,6 +378,34 @@ TEST_F(Connection, TheWindowThatIsOpenTakesTheLinkOfASecondStart)
     EXPECT_TRUE(
         eventually([&] { return QFile::exists(other.filePath(QStringLiteral("mirel.sqlite3-wal"))); }));
     EXPECT_TRUE(second.isRunning());
+    EXPECT_TRUE(window.isRunning());
+}
+
+TEST_F(Connection, AGuessedCallbackHandedToTheWindowConnectsNothing)
+{
+    Program window(programs::application, {}, windowEnvironment());
+    ASSERT_TRUE(eventually([] { return QFile::exists(socketPath()); }));
+    simulator.forgetRequests();
+    expectSuccess(runProgram(programs::application,
+                             {QStringLiteral("mirel://oauth/x?state=guessed&code=guessed")},
+                             windowEnvironment()),
+                  "");
+    EXPECT_TRUE(window.isRunning());
+    EXPECT_EQ(stored(), std::nullopt);
+    EXPECT_EQ(simulator.requests(), QJsonArray()) << "X is asked nothing";
+}
+
+TEST_F(Connection, AWindowTakesLinksOnceTheSignInThatTookThemIsOver)
+{
+    Program connect(programs::mirelctl, connecting(), environment());
+    ASSERT_FALSE(connect.line().isEmpty());
+    ASSERT_TRUE(QFile::exists(socketPath()));
+    Program window(programs::application, {}, windowEnvironment());
+    ASSERT_TRUE(eventually([&] { return window.hasOpened(libraryPath()); }));
+    connect.interrupt();
+    EXPECT_EQ(connect.finish().exitStatus, 1);
+    ASSERT_TRUE(eventually([] { return QFile::exists(socketPath()); }));
+    expectSuccess(runProgram(programs::application, {}, windowEnvironment()), "");
     EXPECT_TRUE(window.isRunning());
 }
 
@@ -339,8 +426,7 @@ TEST_F(Connection, AWindowThatWasKilledLeavesNothingInTheWay)
 TEST_F(Connection, LeavesNoSecretAnywhere)
 {
     QByteArray shown;
-    Program connect(programs::mirelctl, connecting() + QStringList{QStringLiteral("--client-secret-stdin")},
-                    environment());
+    Program connect(programs::mirelctl, connectingWithSecret(), environment());
     connect.write(plantedSecret);
     const QString page = connect.line();
     const QString callback = simulator.callbackOf(page);
@@ -394,6 +480,26 @@ TEST_F(Connection, LeavesNoSecretAnywhere)
             EXPECT_EQ(filesWith(secret), QStringList()) << secret.constData();
         }
     };
+    // While it uses the tokens: the sync waits for X.
+    simulator.setScenario(R"({"faults":[{"action":"stall"}]})");
+    simulator.forgetRequests();
+    {
+        Program sync(programs::mirelctl, {QStringLiteral("sync")}, environment());
+        const auto isAsked = [&] {
+            const QJsonArray requests = simulator.requests();
+            return std::any_of(requests.begin(), requests.end(), [](const QJsonValue& request) {
+                return request[u"path"].toString().endsWith(QStringLiteral("/bookmarks"));
+            });
+        };
+        ASSERT_TRUE(eventually(isAsked));
+        const QByteArray visible = sync.visibleParts();
+        EXPECT_TRUE(visible.contains("MIREL_X_API_URL")) << "the sync runs";
+        sync.interrupt();
+        const ProgramResult interrupted = sync.finish();
+        EXPECT_EQ(interrupted.exitStatus, 1);
+        shown += visible + interrupted.output + interrupted.errors;
+    }
+    simulator.setScenario();
     run("sync");
     for (const char* const action : {R"("status","status":401)", R"("status","status":500,"body":"html")",
                                      R"("cutInBody")", R"("undecodable")"}) {

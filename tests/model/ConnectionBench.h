@@ -52,6 +52,37 @@ private:
     std::map<int, std::unique_ptr<QPromise<void>>> m_held;
 };
 
+// A network that answers at once, or when the test lets it.
+class HoldableTransport : public RecordingTransport
+{
+public:
+    std::atomic<int> count = 0;
+
+    // Lets requests wait until release().
+    void hold()
+    {
+        m_held.start();
+        m_isHolding = true;
+    }
+    void release() { m_held.finish(); }
+
+    QCoro::Task<HTTPResponse> data(HTTPRequest request) override
+    {
+        ++count;
+        if (m_isHolding) {
+            const QFuture<void> released = m_held.future();
+            co_await released;
+        }
+        auto answering = RecordingTransport::data(request);
+        const HTTPResponse response = co_await std::move(answering);
+        co_return response;
+    }
+
+private:
+    std::atomic<bool> m_isHolding = false;
+    QPromise<void> m_held;
+};
+
 // A browser that the test plays.
 class PlayedBrowser : public WebAuthenticationSession
 {
@@ -138,8 +169,8 @@ protected:
             thread, [&] { return std::make_unique<FailingVault>(credentials); });
         vault = static_cast<FailingVault*>(&result.vault->unguarded());
         result.transport = std::make_unique<Serial<HTTPTransport>>(
-            thread, [] { return std::make_unique<RecordingTransport>(); });
-        transport = static_cast<RecordingTransport*>(&result.transport->unguarded());
+            thread, [] { return std::make_unique<HoldableTransport>(); });
+        transport = static_cast<HoldableTransport*>(&result.transport->unguarded());
         result.x = std::make_unique<Serial<XDirectAPI>>(thread, [] { return std::make_unique<AskedX>(); });
         x = static_cast<AskedX*>(&result.x->unguarded());
         result.syncService = std::make_unique<Serial<MirelSyncService>>(thread, [&] {
@@ -199,7 +230,7 @@ protected:
     std::unique_ptr<MirelAppModel> model;
     // These belong to the model and live on its services thread.
     FailingVault* vault = nullptr;
-    RecordingTransport* transport = nullptr;
+    HoldableTransport* transport = nullptr;
     AskedX* x = nullptr;
     // Null when none is open.
     PlayedBrowser* browser = nullptr;

@@ -289,9 +289,15 @@ TEST_F(XConnection, CredentialsRemovedWhileACodeIsExchangedStayRemoved)
 {
     begin();
     prepareGrant();
+    transport->hold();
     auto completing = model->handleOpenURL(callbackOf(browser->page));
+    while (transport->count == 0)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     blockOn(model->clearCredentials());
+    EXPECT_EQ(transport->count, 1) << "X has not answered yet";
+    transport->release();
     blockOn(std::move(completing));
+    EXPECT_EQ(error(), noAttempt);
     EXPECT_EQ(inVault(), std::nullopt);
     EXPECT_FALSE(model->xConfigured());
 }

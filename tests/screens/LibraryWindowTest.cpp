@@ -153,6 +153,21 @@ TEST_F(LibraryWindow, OffersToReadAgainWhenTheLibraryCannotBeRead)
     EXPECT_TRUE(eventually([this] { return visible("emptyState") != nullptr; }));
 }
 
+TEST_F(LibraryWindow, TellsOfWhatElseGoesWrongWhileTheLibraryCannotBeRead)
+{
+    openWindow();
+    library.connect()->execute("ALTER TABLE bookmarks RENAME TO lost");
+    press(Qt::Key_F5);
+    ASSERT_TRUE(eventually([this] { return visible("failedState") != nullptr; }));
+    EXPECT_EQ(visible("errorLine"), nullptr) << "it stands in the middle already";
+    const QString failure = text("stateExplanation");
+    blockOn(model->openTweetURL(QStringLiteral("no post")));
+    ASSERT_TRUE(eventually([this] { return visible("errorLine") != nullptr; }));
+    EXPECT_EQ(text("message", visible("errorLine")), QStringLiteral("Enter a valid X post URL or tweet ID."));
+    EXPECT_EQ(visible("answer", visible("errorLine")), nullptr) << "trying again does not help against it";
+    EXPECT_EQ(text("stateExplanation"), failure);
+}
+
 TEST_F(LibraryWindow, KeepsItsRowsWhenARefreshFails)
 {
     fillWithNumberedPosts(5);

@@ -73,6 +73,37 @@ TEST_F(OpenPostWindow, KeepsWhatCannotBeOpenedAndTellsWhy)
     EXPECT_EQ(text("postReferenceInput"), QStringLiteral("77x"));
 }
 
+TEST_F(OpenPostWindow, KeepsWhatCannotBeOpenedWhateverTheReaderDoes)
+{
+    fillWithNumberedPosts(3);
+    openWindow();
+    blockOn(model->openBookmark(model->bookmarks().first().id));
+    press(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_TRUE(eventually([this] { return isBoxOpen(); }));
+    type("77");
+    press(Qt::Key_Return);
+    ASSERT_TRUE(eventually([this] { return model->lastError().has_value(); }));
+    blockOn(model->refreshLibrary());
+    blockOn(model->refreshBookmarkPresentation(model->bookmarks().first().id));
+    EXPECT_TRUE(isBoxOpen());
+    EXPECT_EQ(text("postReferenceInput"), QStringLiteral("77"));
+    EXPECT_EQ(allVisible("errorLine").size(), 2) << "in the window, and over it in the box";
+}
+
+TEST_F(OpenPostWindow, GivesWayToThePostThatTheReaderShowsAlready)
+{
+    fillWithNumberedPosts(3);
+    openWindow();
+    const auto shown = model->bookmarks().first();
+    blockOn(model->openBookmark(shown.id));
+    press(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_TRUE(eventually([this] { return isBoxOpen(); }));
+    type(shown.tweetID.toUtf8().constData());
+    press(Qt::Key_Return);
+    EXPECT_TRUE(eventually([this] { return !isBoxOpen(); }));
+    EXPECT_EQ(model->readerBookmark()->id, shown.id);
+}
+
 TEST_F(OpenPostWindow, LeavesTheReaderOpenWhenItIsCanceled)
 {
     fillWithNumberedPosts(3);

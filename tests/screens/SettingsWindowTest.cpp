@@ -104,6 +104,7 @@ TEST_F(SettingsWindow, ConnectsWithTokensAndForgetsThemWhenItIsClosed)
 {
     openSettings();
     type("my-client");
+    enter("clientSecretInput", "planted-secret");
     click(visible("showTokens"));
     ASSERT_TRUE(eventually([this] { return visible("saveTokens") != nullptr; }));
     enter("accessTokenInput", "planted-access");
@@ -117,6 +118,7 @@ TEST_F(SettingsWindow, ConnectsWithTokensAndForgetsThemWhenItIsClosed)
     ASSERT_TRUE(eventually([this] { return visible("saveTokens") == nullptr; }));
     press(Qt::Key_Comma, Qt::ControlModifier);
     ASSERT_TRUE(eventually([this] { return visible("saveTokens") != nullptr; }));
+    EXPECT_EQ(text("clientSecretInput"), QString());
     EXPECT_EQ(text("accessTokenInput"), QString());
     EXPECT_EQ(text("refreshTokenInput"), QString());
     EXPECT_EQ(text("clientIDInput"), QStringLiteral("my-client"));

@@ -77,6 +77,22 @@ TEST_F(SyncWindow, ShowsTheErrorFirstAndKeepsWhatHadArrived)
     EXPECT_TRUE(visible("quickSync")->isEnabled());
 }
 
+TEST_F(SyncWindow, ShowsTheErrorAboveWhatWasDone)
+{
+    const ScriptedX::Pages pages(1);
+    makeModel(pages, true);
+    openWindow();
+    press(Qt::Key_R, Qt::ControlModifier);
+    pages.send(0, page(1, 3));
+    ASSERT_TRUE(eventually([this] { return visible("statusLine") != nullptr; }));
+    blockOn(model->openTweetURL(QStringLiteral("no post")));
+    ASSERT_TRUE(eventually([this] { return visible("errorLine") != nullptr; }));
+    ASSERT_NE(visible("statusLine"), nullptr);
+    EXPECT_FALSE(window().grabWindow().isNull()) << "the frame places the lines";
+    const auto top = [this](const char* line) { return visible(line)->mapToScene(QPointF()).y(); };
+    EXPECT_LT(top("errorLine"), top("statusLine"));
+}
+
 TEST_F(SyncWindow, AVeryLongErrorLeavesRoomForTheRows)
 {
     fillWithNumberedPosts(30);

@@ -127,7 +127,7 @@ void WindowBench::openWindow()
 void WindowBench::showWindow()
 {
     screens = std::make_unique<Screens>(*model, desktop, library.directory());
-    window().show();
+    screens->show();
     window().requestActivate();
     // The first frame places the rows.
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));

@@ -1,5 +1,6 @@
 #include "testing/Printing.h"
 
+#include "screens/WindowBench.h"
 #include "screens/WindowPlacement.h"
 
 #include <QTemporaryDir>
@@ -55,6 +56,22 @@ TEST(WindowPlacement, LeavesTheWindowAloneWhenItsPlaceIsOnNoScreen)
     window.setGeometry(10, 10, 300, 200);
     const WindowPlacement placement(window, settings);
     EXPECT_EQ(window.geometry(), QRect(10, 10, 300, 200));
+}
+
+class PlacedWindow : public testing::WindowBench
+{
+};
+
+TEST_F(PlacedWindow, IsShownMaximizedWhenItWasSo)
+{
+    const QTemporaryDir directory;
+    QSettings settings(directory.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    settings.setValue(QStringLiteral("window/isMaximized"), true);
+    makeModel();
+    screens = std::make_unique<Screens>(*model, desktop, library.directory());
+    const WindowPlacement placement(window(), settings);
+    screens->show();
+    EXPECT_EQ(window().visibility(), QWindow::Maximized);
 }
 
 } // namespace mirel
