@@ -384,7 +384,8 @@ TEST_F(Connection, TheWindowThatIsOpenTakesTheLinkOfASecondStart)
 TEST_F(Connection, AGuessedCallbackHandedToTheWindowConnectsNothing)
 {
     Program window(programs::application, {}, windowEnvironment());
-    ASSERT_TRUE(eventually([] { return QFile::exists(socketPath()); }));
+    // It receives before it opens the library.
+    ASSERT_TRUE(eventually([&] { return window.hasOpened(libraryPath()); }));
     simulator.forgetRequests();
     expectSuccess(runProgram(programs::application,
                              {QStringLiteral("mirel://oauth/x?state=guessed&code=guessed")},
