@@ -47,6 +47,7 @@ public:
     // always.
     void beginLoadingAhead();
     void endLoadingAhead();
+    [[nodiscard]] bool isLoadingAhead() const { return m_loadingAhead.has_value(); }
 
     // Must be called after a whole table was emptied.
     void forget();

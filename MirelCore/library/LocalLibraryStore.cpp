@@ -1,5 +1,7 @@
 #include "library/LocalLibraryStore.h"
 
+#include "library/SQLiteStoreError.h"
+
 namespace mirel {
 
 namespace {
@@ -25,7 +27,15 @@ LocalLibraryStore::LocalLibraryStore(const QString& databasePath, Clock now, con
 {
     if (preparation == SearchPreparation::whileOpening)
         attempt(&LibraryIndex::beginLoadingAhead, m_index);
-    migrate();
+    try {
+        migrate();
+    } catch (const SQLiteStoreError&) {
+        // The reader may have been in the way. All steps can be taken twice.
+        if (!m_index.isLoadingAhead())
+            throw;
+        attempt(&LibraryIndex::endLoadingAhead, m_index);
+        migrate();
+    }
     attempt(&LibraryIndex::endLoadingAhead, m_index);
 }
 
