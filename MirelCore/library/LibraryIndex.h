@@ -47,7 +47,6 @@ public:
     // always.
     void beginLoadingAhead();
     void endLoadingAhead();
-    [[nodiscard]] bool isLoadingAhead() const { return m_loadingAhead.has_value(); }
 
     // Must be called after a whole table was emptied.
     void forget();

@@ -1,7 +1,5 @@
 #include "library/LocalLibraryStore.h"
 
-#include "library/SQLiteStoreError.h"
-
 namespace mirel {
 
 namespace {
@@ -27,15 +25,7 @@ LocalLibraryStore::LocalLibraryStore(const QString& databasePath, Clock now, con
 {
     if (preparation == SearchPreparation::whileOpening)
         attempt(&LibraryIndex::beginLoadingAhead, m_index);
-    try {
-        migrate();
-    } catch (const SQLiteStoreError&) {
-        // The reader may have been in the way. All steps can be taken twice.
-        if (!m_index.isLoadingAhead())
-            throw;
-        attempt(&LibraryIndex::endLoadingAhead, m_index);
-        migrate();
-    }
+    migrate();
     attempt(&LibraryIndex::endLoadingAhead, m_index);
 }
 

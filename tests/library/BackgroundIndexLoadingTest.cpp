@@ -183,21 +183,6 @@ TEST(OpeningForSearching, FindsWhatIsInTheLibrary)
     EXPECT_EQ(store->libraryCounts().all, 300);
 }
 
-TEST(OpeningForSearching, IsTriedAgainWithoutTheReaderWhenItFails)
-{
-    if (QThread::idealThreadCount() < 2)
-        GTEST_SKIP() << "this machine has one processor";
-    static_cast<void>(testing::failingStatements());
-    const testing::TemporaryLibrary library;
-    library.open()->upsertFromX(testing::makePost(1), Instant());
-    for (int skipped = 0; skipped < 40; ++skipped) {
-        testing::failingStatements().arm(skipped);
-        const auto store = library.open(SearchPreparation::whileOpening);
-        testing::failingStatements().disarm();
-        EXPECT_EQ(countOf(*store, "post"), 1) << skipped;
-    }
-}
-
 TEST(OpeningForSearching, FailsForADamagedFileAsAnyOpeningDoes)
 {
     const testing::TemporaryLibrary library;

@@ -1,6 +1,6 @@
 #include "testing/FailingSQLite.h"
 
-#include <QtGlobal>
+#include <QByteArray>
 
 #include <sqlite3.h>
 
@@ -11,10 +11,13 @@ namespace {
 FailureCountdown statements;
 FailureCountdown fileOperations;
 
-// Reads and functions are parts of a statement; the others stand for it.
-int authorize(void*, int action, const char*, const char*, const char*, const char*)
+// Reads and functions are parts of a statement; the others stand for it. A rollback does not fail but by an
+// authorizer like this one, and would leave a transaction open that nobody can end.
+int authorize(void*, int action, const char* argument, const char*, const char*, const char*)
 {
     if (action == SQLITE_READ || action == SQLITE_FUNCTION)
+        return SQLITE_OK;
+    if (action == SQLITE_TRANSACTION && qstrcmp(argument, "ROLLBACK") == 0)
         return SQLITE_OK;
     return statements.failsNow() ? SQLITE_DENY : SQLITE_OK;
 }

@@ -35,7 +35,8 @@ private:
     std::atomic<int> m_remaining = 0;
 };
 
-// The statements that SQLite prepares, its own included, on every connection opened after the first call.
+// The statements that SQLite prepares, its own included and rollbacks excepted, on every connection opened
+// after the first call.
 FailureCountdown& failingStatements();
 
 // The file operations of SQLite (open, read, write, truncate, sync, delete, size, shared memory), on every
