@@ -30,6 +30,14 @@ print_help() {
     sed -n '2,/^$/ s/^# \{0,1\}//p' "$0"
 }
 
+# What a script does with the argument $1 that is none of its own: it prints its help for --help, and refuses
+# any other.
+other_argument() {
+    [[ $1 == --help ]] || fail "The argument '$1' is unknown. See $0 --help."
+    print_help
+    exit
+}
+
 install_packages() {
     "$root/scripts/install-packages.sh"
 }

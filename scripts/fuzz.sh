@@ -21,11 +21,7 @@ read_arguments() {
             seconds=$2
             shift 2
             ;;
-        --help)
-            print_help
-            exit
-            ;;
-        -*) fail "The argument '$1' is unknown. See $0 --help." ;;
+        -*) other_argument "$1" ;;
         *)
             targets+=("$1")
             shift

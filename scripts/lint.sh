@@ -20,11 +20,7 @@ read_arguments() {
         case $argument in
         --fix) is_fixing=true ;;
         --tidy) is_tidying=true ;;
-        --help)
-            print_help
-            exit
-            ;;
-        *) fail "The argument '$argument' is unknown. See $0 --help." ;;
+        *) other_argument "$argument" ;;
         esac
     done
 }

@@ -20,11 +20,7 @@ read_arguments() {
             output=$(realpath --canonicalize-missing -- "$2")
             shift 2
             ;;
-        --help)
-            print_help
-            exit
-            ;;
-        *) fail "The argument '$1' is unknown. See $0 --help." ;;
+        *) other_argument "$1" ;;
         esac
     done
 }

@@ -38,11 +38,7 @@ read_arguments() {
             posts_given=true
             shift 2
             ;;
-        --help)
-            print_help
-            exit
-            ;;
-        *) fail "The argument '$1' is unknown. See $0 --help." ;;
+        *) other_argument "$1" ;;
         esac
     done
     [[ -z $screenshot || -d $(dirname -- "$screenshot") ]] ||

@@ -24,11 +24,7 @@ read_arguments() {
             selection=(--label-exclude '^slow$')
             shift
             ;;
-        --help)
-            print_help
-            exit
-            ;;
-        *) fail "The argument '$1' is unknown. See $0 --help." ;;
+        *) other_argument "$1" ;;
         esac
     done
     ((${#presets[@]} > 0)) || presets=(release asan)

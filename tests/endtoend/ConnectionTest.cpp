@@ -1,7 +1,4 @@
-#include "EndToEndTest.h"
-
-#include "credentials/KeychainCredentialVault.h"
-#include "support/BlockOn.h"
+#include "KeyringEndToEndTest.h"
 
 #include <QDeadlineTimer>
 #include <QDir>
@@ -112,27 +109,9 @@ private:
 };
 
 // An account that is connected by the program itself, with a real keyring.
-class Connection : public EndToEndTest
+class Connection : public KeyringEndToEndTest
 {
 protected:
-    Connection()
-        : EndToEndTest(120, true)
-    {
-    }
-
-    void SetUp() override
-    {
-        if (qgetenv("MIREL_TEST_KEYRING") != "unlocked")
-            FAIL() << "Run this through with-private-keyring.sh.";
-        blockOn(m_vault.clearAll());
-    }
-
-    void TearDown() override
-    {
-        if (!HasFatalFailure())
-            blockOn(m_vault.clearAll());
-    }
-
     static QStringList connecting()
     {
         return {QStringLiteral("connect"), QStringLiteral("--client-id"), QStringLiteral("simulated-client")};
@@ -172,8 +151,6 @@ protected:
         return true;
     }
 
-    std::optional<XCredentials> stored() { return blockOn(m_vault.loadXCredentials()); }
-
     // The files that Mirel can have written, but for what the keyring has encrypted.
     QStringList filesWith(const QByteArray& secret) const
     {
@@ -190,9 +167,6 @@ protected:
         }
         return found;
     }
-
-private:
-    KeychainCredentialVault m_vault{QStringLiteral("io.mirel.mac.credentials.v2")};
 };
 
 TEST_F(Connection, ConnectsByAPastedAddressThenSyncsThenDisconnects)
@@ -208,7 +182,7 @@ TEST_F(Connection, ConnectsByAPastedAddressThenSyncsThenDisconnects)
     expectSuccess(mirelctl("sync"), "Quick sync checked 120 recent bookmarks across 3 page(s), 120 new.\n");
     EXPECT_EQ(library().postIDs(), allPosts());
     expectSuccess(mirelctl("disconnect"), "Provider credentials removed.\n");
-    EXPECT_EQ(stored(), std::nullopt);
+    EXPECT_EQ(storedCredentials(), std::nullopt);
     expectFailure(mirelctl("sync"), "X credentials are not configured.");
     EXPECT_EQ(library().postIDs(), allPosts()) << "the library stays";
     EXPECT_EQ(simulator.problems(), QJsonArray());
@@ -233,7 +207,7 @@ TEST_F(Connection, ConnectsByTheStartOfMirelThatTheDesktopMakesOfTheCallback)
     EXPECT_EQ(interrupted.exitStatus, 1);
     EXPECT_TRUE(interrupted.errors.endsWith("mirelctl: X authorization canceled.\n"))
         << interrupted.errors.constData();
-    EXPECT_EQ(stored(), std::nullopt);
+    EXPECT_EQ(storedCredentials(), std::nullopt);
     EXPECT_TRUE(connect.isRunning());
     connect.interrupt();
     EXPECT_EQ(connect.finish().exitStatus, 1);
@@ -244,7 +218,7 @@ TEST_F(Connection, ConnectsByTheStartOfMirelThatTheDesktopMakesOfTheCallback)
     const ProgramResult connected = third.finish();
     EXPECT_EQ(connected.exitStatus, 0) << connected.errors.constData();
     EXPECT_EQ(connected.output, "Connected @mirel_demo.\n");
-    EXPECT_TRUE(stored());
+    EXPECT_TRUE(storedCredentials());
 }
 
 TEST_F(Connection, TellsWhatIsWrongAndGoesOnWaiting)
@@ -255,7 +229,7 @@ TEST_F(Connection, TellsWhatIsWrongAndGoesOnWaiting)
     EXPECT_TRUE(connect.says("That is not an address to which X returns: it begins with mirel://oauth/x."));
     connect.write("mirel://oauth/x?state=guessed&code=guessed");
     EXPECT_TRUE(connect.says("The X authorization callback did not match this connection attempt."));
-    EXPECT_EQ(stored(), std::nullopt);
+    EXPECT_EQ(storedCredentials(), std::nullopt);
     connect.write(simulator.callbackOf(page).toUtf8());
     EXPECT_EQ(connect.finish().output, "Connected @mirel_demo.\n");
 }
@@ -312,8 +286,8 @@ TEST_F(Connection, LeavesCallbacksToOthersUntilItHasTheSecret)
     EXPECT_TRUE(connect.says("another sign-in waits"));
     connect.write(simulator.callbackOf(page).toUtf8());
     EXPECT_EQ(connect.finish().output, "Connected @mirel_demo.\n");
-    ASSERT_TRUE(stored());
-    EXPECT_EQ(stored()->clientSecret, QString::fromUtf8(plantedSecret));
+    ASSERT_TRUE(storedCredentials());
+    EXPECT_EQ(storedCredentials()->clientSecret, QString::fromUtf8(plantedSecret));
 }
 
 TEST_F(Connection, DeletesEverythingOnlyWhenItIsMeant)
@@ -326,12 +300,12 @@ TEST_F(Connection, DeletesEverythingOnlyWhenItIsMeant)
     EXPECT_EQ(refused.exitStatus, 1);
     EXPECT_TRUE(refused.errors.contains("Nothing was deleted")) << refused.errors.constData();
     EXPECT_EQ(library().postIDs(), allPosts());
-    EXPECT_TRUE(stored());
+    EXPECT_TRUE(storedCredentials());
     expectSuccess(mirelctl("purge --yes"), "All local Mirel data and credentials were deleted.\n");
     EXPECT_EQ(library().postIDs(), QSet<QString>());
     EXPECT_EQ(library().rows("SELECT id FROM sync_runs"), QList<QStringList>());
     EXPECT_EQ(library().damage(), QStringList());
-    EXPECT_EQ(stored(), std::nullopt);
+    EXPECT_EQ(storedCredentials(), std::nullopt);
 }
 
 TEST_F(Connection, TheWindowThatIsOpenTakesTheLinkOfASecondStart)
@@ -392,7 +366,7 @@ TEST_F(Connection, AGuessedCallbackHandedToTheWindowConnectsNothing)
                              windowEnvironment()),
                   "");
     EXPECT_TRUE(window.isRunning());
-    EXPECT_EQ(stored(), std::nullopt);
+    EXPECT_EQ(storedCredentials(), std::nullopt);
     EXPECT_EQ(simulator.requests(), QJsonArray()) << "X is asked nothing";
 }
 
@@ -457,7 +431,7 @@ TEST_F(Connection, LeavesNoSecretAnywhere)
     ASSERT_EQ(connected.exitStatus, 0) << connected.errors.constData();
     shown += secondPage.toUtf8() + connected.output + connected.errors;
 
-    const auto credentials = stored();
+    const auto credentials = storedCredentials();
     ASSERT_TRUE(credentials && credentials->refreshToken);
     EXPECT_EQ(credentials->clientSecret, QString::fromUtf8(plantedSecret));
     QList<QByteArray> secrets{plantedSecret, code,

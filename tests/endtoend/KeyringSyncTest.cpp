@@ -1,7 +1,4 @@
-#include "EndToEndTest.h"
-
-#include "credentials/KeychainCredentialVault.h"
-#include "support/BlockOn.h"
+#include "KeyringEndToEndTest.h"
 
 #include <QDirIterator>
 #include <QFile>
@@ -11,23 +8,10 @@ namespace {
 
 const QByteArray quickSync = "Quick sync checked 120 recent bookmarks across 3 page(s), 120 new.\n";
 
-// With credentials imported into a real keyring. Runs in a session that with-private-keyring.sh makes.
-class KeyringSync : public EndToEndTest
+// With credentials imported from a document.
+class KeyringSync : public KeyringEndToEndTest
 {
 protected:
-    KeyringSync()
-        : EndToEndTest(120, true)
-    {
-    }
-
-    // So that a run by hand never touches the keyring of its user.
-    void SetUp() override
-    {
-        if (qgetenv("MIREL_TEST_KEYRING") != "unlocked")
-            FAIL() << "Run this through with-private-keyring.sh.";
-        blockOn(m_vault.clearAll());
-    }
-
     void TearDown() override
     {
         if (HasFatalFailure())
@@ -37,7 +21,7 @@ protected:
             EXPECT_FALSE(m_outputs.contains(secret)) << secret;
             expectNotInFiles(secret);
         }
-        blockOn(m_vault.clearAll());
+        KeyringEndToEndTest::TearDown();
     }
 
     // The account of the simulator, its token due `expiresAt`, with the members that `changes` replaces.
@@ -69,8 +53,6 @@ protected:
         return result;
     }
 
-    XCredentials storedCredentials() { return blockOn(m_vault.loadXCredentials()).value(); }
-
     void expectNotInFiles(const char* secret) const
     {
         QDirIterator files(directory.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
@@ -85,7 +67,6 @@ protected:
     const QString past = QStringLiteral("2020-01-01T00:00:00Z");
 
 private:
-    KeychainCredentialVault m_vault{QStringLiteral("io.mirel.mac.credentials.v2")};
     QByteArray m_outputs;
 };
 
@@ -100,7 +81,7 @@ TEST_F(KeyringSync, BringsTheWholeAccount)
     EXPECT_EQ(library().damage(), QStringList());
     EXPECT_TRUE(run("status").output.endsWith("X           connected\n"));
     EXPECT_EQ(run("list --json --limit 500").exitStatus, 0);
-    EXPECT_EQ(storedCredentials().accessToken, QStringLiteral("simulated-access-token"));
+    EXPECT_EQ(storedCredentials().value().accessToken, QStringLiteral("simulated-access-token"));
     EXPECT_EQ(simulator.problems(), QJsonArray());
 }
 
@@ -109,14 +90,14 @@ TEST_F(KeyringSync, RenewsTokensThatAreDueAndKeepsTheNewOnes)
     importCredentials(past);
     simulator.expireTokens();
     expectSuccess(run("sync"), quickSync);
-    const XCredentials renewed = storedCredentials();
+    const XCredentials renewed = storedCredentials().value();
     EXPECT_NE(renewed.accessToken, QStringLiteral("simulated-access-token"));
     EXPECT_NE(renewed.refreshToken, QStringLiteral("simulated-refresh-token"));
     ASSERT_TRUE(renewed.expiresAt);
     EXPECT_GT(renewed.expiresAt->secondsSince1970(), Instant::now().secondsSince1970() + 3'600);
     EXPECT_EQ(renewed.clientSecret, QStringLiteral("planted-client-secret"));
     expectSuccess(run("sync"), "Quick sync checked 50 recent bookmarks across 1 page(s), 0 new.\n");
-    EXPECT_EQ(storedCredentials(), renewed);
+    EXPECT_EQ(storedCredentials().value(), renewed);
     EXPECT_EQ(simulator.problems(), QJsonArray());
 }
 
@@ -126,10 +107,10 @@ TEST_F(KeyringSync, FollowsRefreshTokensThatChangeWithEveryUse)
     // Always due, since a token is renewed 30 seconds before it expires.
     simulator.setScenario(R"({"accessTokenLifetimeSeconds":29})");
     expectSuccess(run("sync"), quickSync);
-    const XCredentials first = storedCredentials();
+    const XCredentials first = storedCredentials().value();
     expectSuccess(run("sync --full"),
                   "Full sync checked every page X made available: 120 bookmarks across 3 page(s), 0 new.\n");
-    EXPECT_NE(storedCredentials().refreshToken, first.refreshToken);
+    EXPECT_NE(storedCredentials().value().refreshToken, first.refreshToken);
     EXPECT_EQ(simulator.problems(), QJsonArray());
     EXPECT_EQ(library().postIDs(), allPosts());
 }
@@ -160,7 +141,7 @@ TEST_F(KeyringSync, TellsThatARefreshTokenWasRefused)
         "passed for the token was invalid.\"}";
     expectFailure(run("sync"), message);
     EXPECT_EQ(lastRun().first(2), QStringList({QStringLiteral("failed"), QString::fromUtf8(message)}));
-    EXPECT_EQ(storedCredentials().refreshToken, QStringLiteral("simulated-refresh-token-spent"));
+    EXPECT_EQ(storedCredentials().value().refreshToken, QStringLiteral("simulated-refresh-token-spent"));
 }
 
 TEST_F(KeyringSync, TellsThatTheConnectionMustBeRenewed)

@@ -1,18 +1,14 @@
 #include "testing/Printing.h"
 
-#include "testing/TemporaryLibrary.h"
+#include "model/WiredModelTest.h"
 
 #include "credentials/InMemoryCredentialVault.h"
 #include "model/Demo.h"
-#include "model/MirelAppModel.h"
 #include "support/BlockOn.h"
-#include "x/XAPIClient.h"
 
 #include <QCoro/QCoroFuture>
 #include <QCoro/QCoroTimer>
 #include <QPromise>
-
-#include <gtest/gtest.h>
 
 #include <vector>
 
@@ -81,45 +77,18 @@ private:
     SilentCalls m_calls;
 };
 
-class ShutDown : public ::testing::Test
+class ShutDown : public testing::WiredModelTest
 {
 protected:
-    void makeModel(
-        std::function<std::unique_ptr<CredentialVault>()> makeVault,
-        std::function<std::unique_ptr<HTTPTransport>()> makeTransport = [] {
-            return std::make_unique<SilentTransport>();
-        })
+    void makeModelWith(std::function<std::unique_ptr<CredentialVault>()> makeVault)
     {
-        MirelServices services;
-        services.store = std::make_unique<Serial<LocalLibraryStore>>(
-            std::make_shared<ServiceThread>(QStringLiteral("library")), [this] { return library.open(); });
-        const auto thread = std::make_shared<ServiceThread>(QStringLiteral("services"));
-        services.vault = std::make_unique<Serial<CredentialVault>>(thread, makeVault);
-        services.transport = std::make_unique<Serial<HTTPTransport>>(thread, makeTransport);
-        services.x = std::make_unique<Serial<XDirectAPI>>(thread, [&] {
-            return std::make_unique<XAPIClient>(services.vault->unguarded(), services.transport->unguarded(),
-                                                QUrl(QStringLiteral("https://x.example/2")),
-                                                library.clock.clock());
-        });
-        services.syncService = std::make_unique<Serial<MirelSyncService>>(thread, [&] {
-            return std::make_unique<MirelSyncService>(services.x->unguarded(), *services.store,
-                                                      library.clock.clock());
-        });
-        vaultOnItsThread = services.vault.get();
-        transportOnItsThread = services.transport.get();
-        model = std::make_unique<MirelAppModel>(std::move(services));
+        makeModel(std::move(makeVault), [] { return std::make_unique<SilentTransport>(); });
     }
-
-    testing::TemporaryLibrary library;
-    std::unique_ptr<MirelAppModel> model;
-    // These belong to the model.
-    Serial<CredentialVault>* vaultOnItsThread = nullptr;
-    Serial<HTTPTransport>* transportOnItsThread = nullptr;
 };
 
 TEST_F(ShutDown, EndsARequestThatBeginsAfterTheOthersWereEnded)
 {
-    makeModel([] { return std::make_unique<InMemoryCredentialVault>(Demo::account()); });
+    makeModelWith([] { return std::make_unique<InMemoryCredentialVault>(Demo::account()); });
     model->requestSync(false);
     blockOn(model->shutDown());
     EXPECT_FALSE(model->isSyncing());
@@ -131,7 +100,7 @@ TEST_F(ShutDown, EndsARequestThatBeginsAfterTheOthersWereEnded)
 
 TEST_F(ShutDown, DoesNotWaitForAKeyringThatWaitsForItsUser)
 {
-    makeModel([] { return std::make_unique<SilentVault>(); });
+    makeModelWith([] { return std::make_unique<SilentVault>(); });
     blockOn(model->start());
     model->requestSync(false);
     blockOn(model->shutDown());
@@ -141,7 +110,7 @@ TEST_F(ShutDown, DoesNotWaitForAKeyringThatWaitsForItsUser)
 
 TEST_F(ShutDown, ACanceledSyncEndsAlsoWhenTheModelGoesAtOnce)
 {
-    makeModel([] { return std::make_unique<InMemoryCredentialVault>(Demo::account()); });
+    makeModelWith([] { return std::make_unique<InMemoryCredentialVault>(Demo::account()); });
     model->requestSync(false);
     model->cancelSync();
     blockOn(model->shutDown());
@@ -200,11 +169,11 @@ protected:
         makeModel([credentials] { return std::make_unique<InMemoryCredentialVault>(credentials); },
                   [this] {
                       auto made = std::make_unique<TokenTransport>();
-                      transport = made.get();
+                      m_transport = made.get();
                       return made;
                   });
         model->requestSync(false);
-        while (!transport->isAsked)
+        while (!m_transport->isAsked)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     }
 
@@ -212,18 +181,18 @@ protected:
     void sendToken()
     {
         blockOn(QCoro::sleepFor(std::chrono::milliseconds(100)));
-        blockOn(transportOnItsThread->call(
-            [](HTTPTransport& it) { static_cast<TokenTransport&>(it).sendToken(); }));
+        blockOn(transport->call([](HTTPTransport& it) { static_cast<TokenTransport&>(it).sendToken(); }));
     }
 
     std::optional<QString> storedToken()
     {
-        const auto stored =
-            blockOn(vaultOnItsThread->call([](CredentialVault& vault) { return vault.loadXCredentials(); }));
+        const auto stored = blockOn(vault->call([](CredentialVault& it) { return it.loadXCredentials(); }));
         return stored ? stored->refreshToken : std::nullopt;
     }
 
-    TokenTransport* transport = nullptr;
+private:
+    // Belongs to the model.
+    TokenTransport* m_transport = nullptr;
 };
 
 TEST_F(ShutDownDuringARefresh, SavesTheTokenThatXHasSent)

@@ -1,12 +1,13 @@
 #include "testing/Printing.h"
 
 #include "model/ModelTestBench.h"
+#include "model/WiredModelTest.h"
 #include "testing/Eventually.h"
 #include "testing/LibraryChecks.h"
 #include "x/HeldTransport.h"
 #include "x/PageBuilding.h"
 
-#include "x/XAPIClient.h"
+#include "credentials/InMemoryCredentialVault.h"
 
 #include <QCoro/QCoroFuture>
 #include <QPromise>
@@ -112,12 +113,18 @@ INSTANTIATE_TEST_SUITE_P(EndingFirst, OverlappingSyncs, ::testing::Values(0, 1),
                          [](const auto& row) { return row.param == 0 ? "TheFirst" : "TheSecond"; });
 
 // A connected account on a network on which the test answers each request when it pleases.
-class SyncWithoutCredentials : public ::testing::Test
+class SyncWithoutCredentials : public testing::WiredModelTest
 {
 protected:
     void SetUp() override
     {
-        makeModel();
+        const XCredentials credentials{.clientID = QStringLiteral("client"),
+                                       .accessToken = QStringLiteral("access"),
+                                       .refreshToken = QStringLiteral("refresh"),
+                                       .expiresAt = library.clock.now().addingSeconds(3600),
+                                       .userID = QStringLiteral("42")};
+        makeModel([=] { return std::make_unique<InMemoryCredentialVault>(credentials); },
+                  [] { return std::make_unique<HeldTransport>(); });
         auto checking = model->refreshCredentialState();
         ASSERT_TRUE(asked(1));
         answer(0, R"({"data":{"id":"42","name":"Ada","username":"ada"}})");
@@ -131,7 +138,7 @@ protected:
     {
         ASSERT_TRUE(eventually([&] { return sync.isReady() || requestCount() > requests; }));
         EXPECT_EQ(requestCount(), requests) << "no request without credentials";
-        EXPECT_EQ(blockOn(m_vault->call([](CredentialVault& it) { return it.loadXCredentials(); })),
+        EXPECT_EQ(blockOn(vault->call([](CredentialVault& it) { return it.loadXCredentials(); })),
                   std::nullopt);
         ASSERT_TRUE(sync.isReady());
         blockOn(std::move(sync));
@@ -150,10 +157,10 @@ protected:
     template <typename Operation>
     auto onNetwork(Operation operation)
     {
-        const auto call = [operation](HTTPTransport& transport) {
-            return operation(static_cast<HeldTransport&>(transport));
+        const auto call = [operation](HTTPTransport& it) {
+            return operation(static_cast<HeldTransport&>(it));
         };
-        return blockOn(m_transport->call(call));
+        return blockOn(transport->call(call));
     }
 
     [[nodiscard]] bool asked(qsizetype requests)
@@ -173,43 +180,7 @@ protected:
         onNetwork([index, body](HeldTransport& network) { network.answer(index, 200, body); });
     }
 
-    testing::TemporaryLibrary library;
-    std::unique_ptr<MirelAppModel> model;
     const QString missing = QStringLiteral("X credentials are not configured.");
-
-private:
-    void makeModel()
-    {
-        MirelServices services;
-        services.store = std::make_unique<Serial<LocalLibraryStore>>(
-            std::make_shared<ServiceThread>(QStringLiteral("library")), [this] { return library.open(); });
-        const auto thread = std::make_shared<ServiceThread>(QStringLiteral("services"));
-        const XCredentials credentials{.clientID = QStringLiteral("client"),
-                                       .accessToken = QStringLiteral("access"),
-                                       .refreshToken = QStringLiteral("refresh"),
-                                       .expiresAt = library.clock.now().addingSeconds(3600),
-                                       .userID = QStringLiteral("42")};
-        services.vault = std::make_unique<Serial<CredentialVault>>(
-            thread, [&] { return std::make_unique<InMemoryCredentialVault>(credentials); });
-        services.transport =
-            std::make_unique<Serial<HTTPTransport>>(thread, [] { return std::make_unique<HeldTransport>(); });
-        services.x = std::make_unique<Serial<XDirectAPI>>(thread, [&] {
-            return std::make_unique<XAPIClient>(services.vault->unguarded(), services.transport->unguarded(),
-                                                QUrl(QStringLiteral("https://x.example/2")),
-                                                library.clock.clock());
-        });
-        services.syncService = std::make_unique<Serial<MirelSyncService>>(thread, [&] {
-            return std::make_unique<MirelSyncService>(services.x->unguarded(), *services.store,
-                                                      library.clock.clock());
-        });
-        m_vault = services.vault.get();
-        m_transport = services.transport.get();
-        model = std::make_unique<MirelAppModel>(std::move(services), std::nullopt, library.clock.clock());
-    }
-
-    // These belong to the model.
-    Serial<CredentialVault>* m_vault = nullptr;
-    Serial<HTTPTransport>* m_transport = nullptr;
 };
 
 TEST_F(SyncWithoutCredentials, DoesNotBringBackATokenThatWasBeingRefreshed)

@@ -202,9 +202,28 @@ TEST_F(XAPIClientRefresh, TellsNoSecretThatXQuotes)
     EXPECT_EQ(failure(client.currentUser()), XAPIError::http(403, QStringLiteral("no [hidden] here")));
 }
 
+// The answer to a refresh comes when the credentials have changed.
 class LateXAPIClientRefresh : public XAPIClientTest
 {
 protected:
+    // A call that has asked for a new token ends as if there were no account, and asks nothing else.
+    void expectNotConnectedAfter(const std::function<void()>& change)
+    {
+        store(expiringIn(0));
+        auto asking = late.currentUser();
+        ASSERT_EQ(network.count(), 1);
+        change();
+        network.answer(0, 200, R"({"access_token":"new"})");
+        EXPECT_EQ(failure(std::move(asking)), XAPIError::credentialsMissing());
+        EXPECT_EQ(network.count(), 1);
+    }
+
+    void expectKept(const XCredentials& another)
+    {
+        expectNotConnectedAfter([&] { store(another); });
+        EXPECT_EQ(stored(), another);
+    }
+
     HeldTransport network;
     XAPIClient late{vault, network, QUrl(QStringLiteral("https://api.example/2")),
                     [] { return Instant::fromSecondsSince1970(nowSeconds); }};
@@ -212,40 +231,22 @@ protected:
 
 TEST_F(LateXAPIClientRefresh, DoesNotBringBackWhatWasRemovedMeanwhile)
 {
-    store(expiringIn(0));
-    auto asking = late.currentUser();
-    ASSERT_EQ(network.count(), 1);
-    blockOn(vault.clearAll());
-    network.answer(0, 200, R"({"access_token":"new"})");
-    EXPECT_EQ(failure(std::move(asking)), XAPIError::credentialsMissing());
+    expectNotConnectedAfter([this] { blockOn(vault.clearAll()); });
     EXPECT_EQ(blockOn(vault.loadXCredentials()), std::nullopt);
-    EXPECT_EQ(network.count(), 1);
 }
 
 TEST_F(LateXAPIClientRefresh, DoesNotReplaceAnotherAccountThatWasConnectedMeanwhile)
 {
-    store(expiringIn(0));
-    auto asking = late.currentUser();
-    ASSERT_EQ(network.count(), 1);
     XCredentials another = standardCredentials();
     another.userID = QStringLiteral("another");
-    store(another);
-    network.answer(0, 200, R"({"access_token":"new"})");
-    EXPECT_EQ(failure(std::move(asking)), XAPIError::credentialsMissing());
-    EXPECT_EQ(stored(), another);
+    expectKept(another);
 }
 
 TEST_F(LateXAPIClientRefresh, DoesNotReplaceAnotherClientThatWasConnectedMeanwhile)
 {
-    store(expiringIn(0));
-    auto asking = late.currentUser();
-    ASSERT_EQ(network.count(), 1);
     XCredentials another = standardCredentials();
     another.clientID = QStringLiteral("another");
-    store(another);
-    network.answer(0, 200, R"({"access_token":"new"})");
-    EXPECT_EQ(failure(std::move(asking)), XAPIError::credentialsMissing());
-    EXPECT_EQ(stored(), another);
+    expectKept(another);
 }
 
 TEST_F(XAPIClientRefresh, IsMarkedAsARequestThatCannotBeRepeated)
