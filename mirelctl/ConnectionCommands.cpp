@@ -190,9 +190,11 @@ QByteArray ConnectCommand::run(MirelAppModel& model, const CommandSurroundings& 
     requireLibrary(model);
     Arrivals arrivals(surroundings.input);
     bool isBegun = false;
+    bool isInterrupted = false;
     bool isCanceled = false;
     std::optional<QCoro::Task<>> ending;
     const Interruption interruption([&] {
+        isInterrupted = true;
         isCanceled = !isBegun || model.isAuthorizingX();
         model.cancelXAuthorization();
         ending.emplace(model.shutDown());
@@ -209,12 +211,15 @@ QByteArray ConnectCommand::run(MirelAppModel& model, const CommandSurroundings& 
                                   *secret, redirectURI));
         requireNoFailure(model);
         isBegun = true;
+    }
+    if (!isCanceled) {
         showPage(model, surroundings, arrivals.receivesCallbacks());
         awaitConnection(model, surroundings, arrivals);
     }
     if (ending)
         blockOn(*std::move(ending));
-    if (isCanceled)
+    // An interrupted sign-in may have come to its end all the same.
+    if (isCanceled || (isInterrupted && model.lastError()))
         throw CommandError(QStringLiteral("X authorization canceled."));
     return answerStatus(model, surroundings);
 }

@@ -9,6 +9,7 @@ QCoro::Task<> MirelAppModel::refreshMetrics(qint64 bookmarkID)
     if (!m_services.syncService)
         co_return;
     const RunningCommand running(*this);
+    const QUuid generation = m_libraryGeneration;
     setWorking(true);
     try {
         co_await m_services.syncService->call(
@@ -16,7 +17,7 @@ QCoro::Task<> MirelAppModel::refreshMetrics(qint64 bookmarkID)
         co_await refreshLibrary();
         setWorking(false);
     } catch (...) {
-        fail(std::current_exception());
+        failUnlessDeleted(generation, std::current_exception());
     }
 }
 
@@ -25,6 +26,7 @@ QCoro::Task<> MirelAppModel::enrichThread(qint64 bookmarkID)
     if (!m_services.syncService)
         co_return;
     const RunningCommand running(*this);
+    const QUuid generation = m_libraryGeneration;
     setWorking(true);
     m_enrichingThreadBookmarkIDs.insert(bookmarkID);
     Q_EMIT enrichingThreadsChanged();
@@ -35,7 +37,7 @@ QCoro::Task<> MirelAppModel::enrichThread(qint64 bookmarkID)
         co_await loadReaderContext(bookmarkID);
         setWorking(false);
     } catch (...) {
-        fail(std::current_exception());
+        failUnlessDeleted(generation, std::current_exception());
     }
     m_enrichingThreadBookmarkIDs.remove(bookmarkID);
     Q_EMIT enrichingThreadsChanged();
@@ -46,6 +48,7 @@ QCoro::Task<> MirelAppModel::deleteBookmark(Bookmark bookmark, std::optional<boo
     if (!m_services.syncService)
         co_return;
     const RunningCommand running(*this);
+    const QUuid generation = m_libraryGeneration;
     const bool fromX = removeFromX.value_or(m_preferences.deleteFromX);
     try {
         const auto remove = [bookmark, fromX](MirelSyncService& service) {
@@ -54,8 +57,17 @@ QCoro::Task<> MirelAppModel::deleteBookmark(Bookmark bookmark, std::optional<boo
         co_await m_services.syncService->call(remove);
         co_await refreshLibrary();
     } catch (...) {
-        fail(std::current_exception());
+        failUnlessDeleted(generation, std::current_exception());
     }
+}
+
+// Nothing is told of a post that was deleted with all others while X was asked about it.
+void MirelAppModel::failUnlessDeleted(const QUuid& generation, const std::exception_ptr& failure)
+{
+    if (generation == m_libraryGeneration)
+        fail(failure);
+    else
+        setWorking(false);
 }
 
 QCoro::Task<> MirelAppModel::refreshBookmarkPresentation(qint64 bookmarkID)

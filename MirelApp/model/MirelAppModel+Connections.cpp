@@ -3,7 +3,6 @@
 #include "model/RunningCommand.h"
 #include "model/SettingsValidationError.h"
 #include "support/Text.h"
-#include "transport/HTTPTransportError.h"
 
 namespace mirel {
 
@@ -36,22 +35,14 @@ QCoro::Task<> MirelAppModel::refreshCredentialState()
     const RunningCommand running(*this);
     const QUuid generation = QUuid::createUuid();
     m_connectionValidationGeneration = generation;
-    const auto isStale = [this, generation] { return m_connectionValidationGeneration != generation; };
-    std::optional<bool> isConnected;
-    while (!isConnected && !isStale()) {
-        try {
-            isConnected = co_await isXConnected();
-        } catch (const HTTPTransportError& error) {
-            // Canceling a sync ends the requests of others too, which says nothing of the connection.
-            if (error.errorCase() != HTTPTransportError::Case::canceled || m_isShuttingDown)
-                isConnected = false;
-        } catch (const std::exception&) {
-            // Shows as not connected: at start-up a missing connection is no error.
-            isConnected = false;
-        }
+    bool isConnected = false;
+    try {
+        isConnected = co_await isXConnected();
+    } catch (const std::exception&) {
+        // Shows as not connected: at start-up a missing connection is no error.
     }
-    if (!isStale())
-        setXConfigured(*isConnected);
+    if (m_connectionValidationGeneration == generation)
+        setXConfigured(isConnected);
 }
 
 // X answers to the stored credentials. Throws what keeps it from being found out.
@@ -169,10 +160,11 @@ QCoro::Task<> MirelAppModel::clearCredentials()
         co_await abandonXAuthorization();
         co_await m_services.vault->call([](CredentialVault& vault) { return vault.clearAll(); });
         setStatusMessage(QStringLiteral("Provider credentials removed."));
-        co_await refreshCredentialState();
     } catch (...) {
         fail(std::current_exception());
     }
+    // Some may be gone also when others could not be removed.
+    co_await refreshCredentialState();
 }
 
 void MirelAppModel::setXConfigured(bool isConfigured)

@@ -11,10 +11,12 @@ QCoro::Task<> MirelAppModel::deleteAllData()
         co_return;
     const RunningCommand running(*this);
     m_isDeletingData = true;
+    bool isDone = false;
     try {
         // Either would bring back what is removed here.
         co_await endSyncEarly();
         co_await abandonXAuthorization();
+        m_libraryGeneration = QUuid::createUuid();
         co_await m_services.store->call([](LocalLibraryStore& library) { library.purgeAllLocalData(); });
         co_await m_services.vault->call([](CredentialVault& vault) { return vault.clearAll(); });
         const auto removeCaches = [directory = m_services.cacheDirectory](LocalLibraryStore&) {
@@ -23,12 +25,16 @@ QCoro::Task<> MirelAppModel::deleteAllData()
                 FileManager::standard().removeDirectory(directory);
         };
         co_await m_services.store->call(removeCaches);
+        isDone = true;
     } catch (...) {
-        m_isDeletingData = false;
         fail(std::current_exception());
-        co_return;
     }
     m_isDeletingData = false;
+    if (!isDone) {
+        // Some secrets may be gone.
+        co_await refreshCredentialState();
+        co_return;
+    }
     forgetLibrary();
     setStatusMessage(QStringLiteral("All local Mirel data and credentials were deleted."));
     co_await start();

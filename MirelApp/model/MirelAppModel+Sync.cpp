@@ -2,6 +2,8 @@
 
 #include "model/RunningCommand.h"
 
+#include <QPromise>
+
 namespace mirel {
 
 namespace {
@@ -49,6 +51,9 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
     const BookmarkSyncMode mode = fullScan ? BookmarkSyncMode::full : BookmarkSyncMode::incremental;
     const SyncCancellation cancellation;
     m_syncCancellation = cancellation;
+    QPromise<void> ended;
+    ended.start();
+    m_syncEnded = ended.future();
     bool reloads = true;
     try {
         // The handler runs on the services thread. It is not awaited here: a busy screen must not slow
@@ -76,6 +81,17 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
     if (reloads)
         co_await refreshOrganization();
     endSync();
+    ended.finish();
+    if (reloads)
+        awaitLeftBehind(cancellation);
+}
+
+// What a canceled sync has asked X goes on behind it, and must not outlive the services.
+QCoro::Task<> MirelAppModel::awaitLeftBehind(SyncCancellation cancellation)
+{
+    const RunningCommand running(*this);
+    const auto wait = [cancellation](MirelSyncService&) { return cancellation.leftBehind(); };
+    co_await m_services.syncService->call(wait);
 }
 
 QCoro::Task<> MirelAppModel::syncIfDue()

@@ -2,6 +2,7 @@
 
 #include "model/RunningCommand.h"
 
+#include <QCoro/QCoroFuture>
 #include <QCoro/QCoroTimer>
 
 #include <chrono>
@@ -103,17 +104,9 @@ QCoro::Task<> MirelAppModel::endVaultCalls()
 QCoro::Task<> MirelAppModel::endSyncEarly()
 {
     const RunningCommand running(*this);
-    const SyncCancellation ending = m_syncCancellation;
-    ending.request();
-    const auto isRunning = [this, ending] { return m_isSyncing && m_syncCancellation == ending; };
-    for (int round = 0; isRunning(); ++round) {
-        // One that was between two requests begins its next one after the others were ended.
-        co_await endRequests(round);
-        if (round >= roundsForKeyring)
-            co_await endVaultCalls();
-        if (isRunning())
-            co_await QCoro::sleepFor(pauseBetweenRounds);
-    }
+    m_syncCancellation.request();
+    const QFuture<void> ended = m_syncEnded;
+    co_await ended;
 }
 
 void MirelAppModel::setStatusMessage(const QString& message)

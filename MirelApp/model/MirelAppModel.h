@@ -386,6 +386,7 @@ private:
     void setLastError(std::optional<QString> error);
     // The shared failure step of all commands.
     void fail(const std::exception_ptr& failure);
+    void failUnlessDeleted(const QUuid& generation, const std::exception_ptr& failure);
     void setLoading(bool isLoading);
     void setWorking(bool isWorking);
     void setXConfigured(bool isConfigured);
@@ -404,6 +405,7 @@ private:
     void endSync();
     QCoro::Task<> readPreferences();
     QCoro::Task<> connectAndSync();
+    QCoro::Task<> awaitLeftBehind(SyncCancellation cancellation);
     QCoro::Task<> endRequests(int round);
     QCoro::Task<> endVaultCalls();
     [[nodiscard]] std::optional<Instant> lastSyncAttempt() const;
@@ -465,7 +467,9 @@ private:
     bool m_isSyncing = false;
     std::optional<BookmarkSyncProgress> m_syncProgress;
     // Of the sync under way.
+    // Of the sync that began last.
     SyncCancellation m_syncCancellation;
+    QFuture<void> m_syncEnded;
     std::optional<BookmarkSyncSummary> m_lastSyncSummary;
     QSet<qint64> m_enrichingThreadBookmarkIDs;
     QList<SyncRun> m_syncRuns;
@@ -480,6 +484,8 @@ private:
     std::optional<QString> m_statusMessage;
     std::optional<QString> m_lastError;
     QUuid m_connectionValidationGeneration = QUuid::createUuid();
+    // Renewed when all data is deleted.
+    QUuid m_libraryGeneration = QUuid::createUuid();
     bool m_isPreparingSearch = false;
     bool m_isShuttingDown = false;
     bool m_isDeletingData = false;

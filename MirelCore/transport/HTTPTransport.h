@@ -22,8 +22,8 @@ struct HTTPRequest
     QByteArray body = {};
     // The time without any progress after which the request fails.
     std::chrono::milliseconds timeout{60'000};
-    // What it asks for is given once, such as a new token for one that is spent by it: asked again, the
-    // server refuses.
+    // What it asks for, or what waits for its answer, is given once, such as a new token for one that is
+    // spent by it: asked again, the server refuses.
     bool isUnrepeatable = false;
 
     // The value of the first header of that name, in any letter case, or absent.

@@ -12,12 +12,15 @@ BookmarkSyncService::BookmarkSyncService(XBookmarksFetching& x, Serial<LocalLibr
 }
 
 QCoro::Task<BookmarkSyncSummary> BookmarkSyncService::sync(BookmarkSyncMode mode,
-                                                           BookmarkSyncProgressHandler progress)
+                                                           BookmarkSyncProgressHandler progress,
+                                                           SyncCancellation cancellation)
 {
     BookmarkSyncSummary summary{.mode = mode};
     PageWalk walk(mostPages);
     for (;;) {
-        const XBookmarkPage page = co_await m_x.bookmarks(walk.token(), pageSize);
+        cancellation.throwIfRequested();
+        const XBookmarkPage page =
+            co_await untilCanceled(cancellation, m_x.bookmarks(walk.token(), pageSize));
         const StoredPage stored = co_await store(page.items);
         ++summary.pages;
         summary.fetched += page.items.size();

@@ -3,6 +3,7 @@
 #include "library/LocalLibraryStore.h"
 #include "support/Serial.h"
 #include "x/BookmarkSyncRecords.h"
+#include "x/SyncCancellation.h"
 #include "x/XBookmarksFetching.h"
 
 #include <QCoro/QCoroTask>
@@ -26,8 +27,9 @@ public:
     BookmarkSyncService(XBookmarksFetching& x, Serial<LocalLibraryStore>& store, Clock now);
 
     // Throws BookmarkSyncError, or what X, the store or `progress` (which may be empty) throw, unchanged.
-    // Nothing is retried.
-    QCoro::Task<BookmarkSyncSummary> sync(BookmarkSyncMode mode, BookmarkSyncProgressHandler progress);
+    // Nothing is retried. Requesting `cancellation` ends it with SyncCanceled before the next page is stored.
+    QCoro::Task<BookmarkSyncSummary> sync(BookmarkSyncMode mode, BookmarkSyncProgressHandler progress,
+                                          SyncCancellation cancellation = {});
 
 private:
     struct StoredPage

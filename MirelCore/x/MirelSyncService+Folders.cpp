@@ -17,7 +17,8 @@ QCoro::Task<> MirelSyncService::syncFolders(SyncCancellation cancellation)
     PageWalk walk(mostPages);
     for (;;) {
         cancellation.throwIfRequested();
-        const XPage<XBookmarkFolder> page = co_await m_x.bookmarkFolders(walk.token(), pageSize);
+        const XPage<XBookmarkFolder> page =
+            co_await untilCanceled(cancellation, m_x.bookmarkFolders(walk.token(), pageSize));
         for (const XBookmarkFolder& remote : page.items) {
             cancellation.throwIfRequested();
             const auto import = [remote](LocalLibraryStore& library) {
@@ -39,7 +40,8 @@ QCoro::Task<> MirelSyncService::syncFolderPosts(Folder folder, QString remoteID,
     PageWalk walk(mostPages);
     for (;;) {
         cancellation.throwIfRequested();
-        const XPage<QString> page = co_await m_x.folderPostIDs(remoteID, walk.token(), pageSize);
+        const XPage<QString> page =
+            co_await untilCanceled(cancellation, m_x.folderPostIDs(remoteID, walk.token(), pageSize));
         const auto file = [folderID = folder.id, tweetIDs = page.items](LocalLibraryStore& library) {
             for (const QString& tweetID : tweetIDs) {
                 if (const auto bookmark = library.bookmark(tweetID))

@@ -15,14 +15,21 @@ bool mayHaveThread(const Bookmark& bookmark)
 
 QCoro::Task<Bookmark> MirelSyncService::enrichThread(qint64 bookmarkID)
 {
+    return enrichThread(bookmarkID, SyncCancellation());
+}
+
+QCoro::Task<Bookmark> MirelSyncService::enrichThread(qint64 bookmarkID, SyncCancellation cancellation)
+{
     const Bookmark bookmark = co_await loadBookmark(bookmarkID);
     if (bookmark.threadEnrichedAt)
         co_return bookmark;
     const QString conversationID = bookmark.conversationID.value_or(QString());
     QList<ThreadPost> posts;
     if (!conversationID.isEmpty())
-        posts = co_await m_x.conversation(conversationID, bookmark.author.xID);
-    const auto keep = [bookmarkID, posts, now = m_now](LocalLibraryStore& library) {
+        posts = co_await untilCanceled(cancellation, m_x.conversation(conversationID, bookmark.author.xID));
+    const auto keep = [bookmarkID, tweetID = bookmark.tweetID, posts,
+                       now = m_now](LocalLibraryStore& library) {
+        requireThere(library, bookmarkID, tweetID);
         // A single post is the bookmark itself.
         if (posts.size() < 2)
             library.markThreadEnriched(bookmarkID, now());
@@ -39,7 +46,7 @@ QCoro::Task<> MirelSyncService::enrichThreads(QList<qint64> bookmarkIDs, SyncCan
         cancellation.throwIfRequested();
         const Bookmark bookmark = co_await loadBookmark(id);
         if (mayHaveThread(bookmark))
-            co_await enrichThread(id);
+            co_await enrichThread(id, cancellation);
     }
 }
 
@@ -53,7 +60,7 @@ QCoro::Task<> MirelSyncService::enrichAllThreads(SyncCancellation cancellation)
         for (const Bookmark& bookmark : bookmarks) {
             cancellation.throwIfRequested();
             if (mayHaveThread(bookmark))
-                co_await enrichThread(bookmark.id);
+                co_await enrichThread(bookmark.id, cancellation);
         }
         if (bookmarks.size() < bookmarksAtOnce)
             co_return;

@@ -81,15 +81,13 @@ QCoro::Task<BookmarkSyncSummary> MirelSyncService::runAndComplete(qint64 runID, 
                                                                   SyncCancellation cancellation)
 {
     // The history first: what the caller shows is never ahead of it.
-    const auto recordAndReport = [this, runID, progress,
-                                  cancellation](BookmarkSyncProgress page) -> QCoro::Task<> {
+    const auto recordAndReport = [this, runID, progress](BookmarkSyncProgress page) -> QCoro::Task<> {
         co_await recordPage(runID, page);
         if (progress)
             co_await progress(page);
-        cancellation.throwIfRequested();
     };
+    const BookmarkSyncSummary summary = co_await m_bookmarkSync.sync(mode, recordAndReport, cancellation);
     cancellation.throwIfRequested();
-    const BookmarkSyncSummary summary = co_await m_bookmarkSync.sync(mode, recordAndReport);
     co_await followBookmarks(summary, cancellation);
     cancellation.throwIfRequested();
     const auto complete = [runID, summary](LocalLibraryStore& library) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "x/BookmarkSyncService.h"
-#include "x/SyncCancellation.h"
 #include "x/XDirectAPI.h"
 
 namespace mirel {
@@ -19,23 +18,23 @@ public:
     // awaited after each page is recorded. Throws the first failure of the sync or of the history's
     // opening and closing writes; failures of the others are ignored. What was stored before it stays.
     //
-    // Requesting `cancellation` ends the sync before its next step, and SyncCanceled is recorded and thrown
-    // then, also when what ended it was a request that failed meanwhile. Abandoning it records nothing: the
-    // run stays `running`.
+    // Requesting `cancellation` ends the sync at once, or after what it is just storing, and SyncCanceled is
+    // recorded and thrown then, also when what ended it was a request that failed meanwhile. Abandoning it
+    // records nothing: the run stays `running`.
     QCoro::Task<BookmarkSyncSummary> sync(SyncRun::Kind kind, BookmarkSyncMode mode,
                                           BookmarkSyncProgressHandler progress,
                                           SyncCancellation cancellation = {});
 
     // Stores the author's own thread around a bookmark and returns the bookmark. A thread is fetched once;
     // afterwards there is no request. Throws what X or the store throws, and the thread can be asked for
-    // again then. X tells of the last days alone.
+    // again then, as when the bookmark has gone meanwhile. X tells of the last days alone.
     QCoro::Task<Bookmark> enrichThread(qint64 bookmarkID);
 
     // Stores the present counters of a post and returns the bookmark. Throws what X or the store throws.
     QCoro::Task<Bookmark> refreshMetrics(qint64 bookmarkID);
 
-    // Hides a bookmark in the library, after X has removed it from the user's bookmarks if `removeFromX`.
-    // Throws what X or the store throws; when X refuses, the bookmark stays here too.
+    // Hides a bookmark in the library, if it is still there, after X has removed it from the user's bookmarks
+    // if `removeFromX`. Throws what X or the store throws; when X refuses, the bookmark stays here too.
     QCoro::Task<> deleteBookmark(Bookmark bookmark, bool removeFromX);
 
 private:
@@ -52,9 +51,12 @@ private:
     QCoro::Task<> syncFolders(SyncCancellation cancellation);
     QCoro::Task<> syncFolderPosts(Folder folder, QString remoteID, SyncCancellation cancellation);
 
+    QCoro::Task<Bookmark> enrichThread(qint64 bookmarkID, SyncCancellation cancellation);
     QCoro::Task<> enrichThreads(QList<qint64> bookmarkIDs, SyncCancellation cancellation);
     QCoro::Task<> enrichAllThreads(SyncCancellation cancellation);
     QCoro::Task<Bookmark> loadBookmark(qint64 id);
+    static bool isThere(LocalLibraryStore& library, qint64 id, const QString& tweetID);
+    static void requireThere(LocalLibraryStore& library, qint64 id, const QString& tweetID);
 
     XDirectAPI& m_x;
     Serial<LocalLibraryStore>& m_store;

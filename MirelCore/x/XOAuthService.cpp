@@ -173,6 +173,8 @@ QCoro::Task<TokenResponse> XOAuthService::exchange(QString code, Attempt attempt
 QCoro::Task<XUser> XOAuthService::resolveUser(QString accessToken)
 {
     HTTPRequest asking = xRequests::currentUser(m_apiBaseURL, accessToken);
+    // The code is spent, and the tokens are saved with the answer.
+    asking.isUnrepeatable = true;
     const QByteArray body = co_await send(std::move(asking));
     co_return decodeResponse<CurrentUserResponse>(body).data;
 }

@@ -298,6 +298,17 @@ TEST_F(Connections, CredentialsThatCannotBeRemovedAreToldAndStay)
     EXPECT_EQ(inVault(), storedCredentials());
 }
 
+TEST_F(Connections, CredentialsThatAreRemovedInPartShowAsGone)
+{
+    connect();
+    vault->failsHalfWay = true;
+    blockOn(model->clearCredentials());
+    EXPECT_EQ(error(), locked);
+    EXPECT_EQ(status(), QString());
+    EXPECT_EQ(inVault(), std::nullopt);
+    EXPECT_FALSE(model->xConfigured());
+}
+
 TEST_F(Connections, RemovingCredentialsGivesUpASignIn)
 {
     begin();

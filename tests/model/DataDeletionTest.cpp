@@ -1,12 +1,15 @@
 #include "testing/Printing.h"
 
 #include "model/ConnectionBench.h"
+#include "testing/Eventually.h"
 
 #include <QFile>
 #include <QSemaphore>
 
 namespace mirel {
 namespace {
+
+using testing::eventually;
 
 const QString deleted = QStringLiteral("All local Mirel data and credentials were deleted.");
 
@@ -96,6 +99,69 @@ TEST_F(DataDeletion, SecretsThatCannotBeRemovedAreToldAndWhatWasPurgedStaysPurge
     EXPECT_TRUE(QFile::exists(caches()));
     blockOn(model->refreshLibrary());
     EXPECT_TRUE(model->bookmarks().isEmpty());
+}
+
+TEST_F(DataDeletion, SecretsThatAreRemovedInPartShowAsGone)
+{
+    ASSERT_TRUE(eventually([this] { return model->xConfigured(); }));
+    vault->failsHalfWay = true;
+    blockOn(model->deleteAllData());
+    EXPECT_EQ(error(), QStringLiteral("The vault is locked."));
+    EXPECT_EQ(inVault(), std::nullopt);
+    EXPECT_FALSE(model->xConfigured());
+}
+
+// A question about a post that X answers when everything is deleted.
+class DeletionDuring : public DataDeletion
+{
+protected:
+    void SetUp() override
+    {
+        DataDeletion::SetUp();
+        m_released.start();
+        x->meanwhile = [this](const QString&) -> QCoro::Task<> {
+            isAsked = true;
+            const QFuture<void> released = m_released.future();
+            co_await released;
+        };
+    }
+
+    void deleteAllDuring(QCoro::Task<> question)
+    {
+        ASSERT_TRUE(eventually([this] { return isAsked.load(); }));
+        blockOn(model->deleteAllData());
+        library.open()->upsertFromX(testing::makePost(9), library.clock.now());
+        const Bookmark other = library.open()->bookmark(1);
+        m_released.finish();
+        blockOn(std::move(question));
+        EXPECT_EQ(library.open()->bookmark(1), other) << "another post has come to that id";
+        EXPECT_EQ(error(), QString()) << "of what is gone nothing is told";
+        EXPECT_EQ(status(), deleted);
+        EXPECT_FALSE(model->isWorking());
+    }
+
+    const qint64 first = 1;
+    std::atomic<bool> isAsked = false;
+
+private:
+    QPromise<void> m_released;
+};
+
+TEST_F(DeletionDuring, AThreadStoresAndTellsNothing)
+{
+    x->thread = [](const QString&) { return testing::makeThread(3); };
+    deleteAllDuring(model->enrichThread(first));
+}
+
+TEST_F(DeletionDuring, ARefreshOfCountersStoresAndTellsNothing)
+{
+    x->counters = [](const QString&) { return PostMetrics{.views = 60}; };
+    deleteAllDuring(model->refreshMetrics(first));
+}
+
+TEST_F(DeletionDuring, ARemovalOnXHidesNoOtherPost)
+{
+    deleteAllDuring(model->deleteBookmark(library.open()->bookmark(first), true));
 }
 
 TEST_F(DataDeletion, GivesUpASignIn)

@@ -203,12 +203,14 @@ TEST_F(ShutDownDuringARefresh, SavesTheTokenThatXHasSent)
     EXPECT_EQ(storedToken(), QStringLiteral("fresher"));
 }
 
-TEST_F(ShutDownDuringARefresh, SavesTheTokenAlsoWhenTheSyncIsCanceled)
+TEST_F(ShutDownDuringARefresh, SavesTheTokenThatACanceledSyncHasLeftBehind)
 {
-    auto ending = model->endSyncEarly();
+    blockOn(model->endSyncEarly());
+    EXPECT_FALSE(model->isSyncing());
+    EXPECT_EQ(storedToken(), QStringLiteral("old"));
+    auto ending = model->shutDown();
     sendToken();
     blockOn(std::move(ending));
-    EXPECT_FALSE(model->isSyncing());
     EXPECT_EQ(storedToken(), QStringLiteral("fresher"));
 }
 

@@ -1,7 +1,6 @@
 #include "testing/Printing.h"
 
 #include "model/ModelTestBench.h"
-#include "transport/HTTPTransportError.h"
 
 #include <QSemaphore>
 
@@ -68,44 +67,6 @@ TEST_F(SyncGuards, ADeletionThatFailsLeavesSyncsAlone)
     model->requestSync(false);
     EXPECT_TRUE(model->isSyncing());
     waitUntilIdle();
-}
-
-// The check of the connection is canceled as often as a test wants.
-class CanceledChecks : public testing::FakeX
-{
-public:
-    explicit CanceledChecks(std::shared_ptr<std::atomic<int>> cancellations)
-        : m_cancellations(std::move(cancellations))
-    {
-    }
-
-    QCoro::Task<XUser> currentUser() override
-    {
-        if ((*m_cancellations)-- > 0)
-            throw HTTPTransportError(HTTPTransportError::Case::canceled,
-                                     QUrl(QStringLiteral("https://x.example")));
-        co_return XUser{};
-    }
-
-private:
-    std::shared_ptr<std::atomic<int>> m_cancellations;
-};
-
-TEST(ConnectionCheck, BeginsAnewWhenTheEndOfASyncCanceledIt)
-{
-    const auto cancellations = std::make_shared<std::atomic<int>>(2);
-    MirelServices services;
-    const auto thread = std::make_shared<ServiceThread>(QStringLiteral("services"));
-    services.vault = std::make_unique<Serial<CredentialVault>>(thread, [] {
-        return std::make_unique<InMemoryCredentialVault>(XCredentials{.accessToken = QStringLiteral("a")});
-    });
-    services.x = std::make_unique<Serial<XDirectAPI>>(
-        thread, [&] { return std::make_unique<CanceledChecks>(cancellations); });
-    MirelAppModel model(std::move(services));
-    blockOn(model.refreshCredentialState());
-    EXPECT_TRUE(model.xConfigured());
-    EXPECT_EQ(*cancellations, -1);
-    blockOn(model.shutDown());
 }
 
 } // namespace

@@ -113,7 +113,7 @@ INSTANTIATE_TEST_SUITE_P(EndingFirst, OverlappingSyncs, ::testing::Values(0, 1),
                          [](const auto& row) { return row.param == 0 ? "TheFirst" : "TheSecond"; });
 
 // A connected account on a network on which the test answers each request when it pleases.
-class SyncWithoutCredentials : public testing::WiredModelTest
+class SyncOverNetwork : public testing::WiredModelTest
 {
 protected:
     void SetUp() override
@@ -131,27 +131,10 @@ protected:
         blockOn(std::move(checking));
         ASSERT_TRUE(model->xConfigured());
     }
-    void TearDown() override { blockOn(model->shutDown()); }
-
-    // What the removal of the credentials during `sync` leaves, once the sync has its answer.
-    void expectDisconnected(QCoro::Task<> sync, int requests)
+    void TearDown() override
     {
-        ASSERT_TRUE(eventually([&] { return sync.isReady() || requestCount() > requests; }));
-        EXPECT_EQ(requestCount(), requests) << "no request without credentials";
-        EXPECT_EQ(blockOn(vault->call([](CredentialVault& it) { return it.loadXCredentials(); })),
-                  std::nullopt);
-        ASSERT_TRUE(sync.isReady());
-        blockOn(std::move(sync));
-        EXPECT_FALSE(model->xConfigured());
-        EXPECT_FALSE(model->isSyncing());
-        EXPECT_EQ(model->syncProgress(), std::nullopt);
-        ASSERT_EQ(model->syncRuns().size(), 1);
-        EXPECT_EQ(model->syncRuns().first().status, SyncRun::Status::failed);
-        EXPECT_EQ(model->syncRuns().first().errorMessage, missing);
-        ASSERT_FALSE(model->syncLogEntries().isEmpty());
-        EXPECT_EQ(model->syncLogEntries().first().event, SyncLogEntry::Event::failed);
-        EXPECT_EQ(model->syncLogEntries().first().message, missing);
-        EXPECT_EQ(model->lastError(), missing);
+        if (model)
+            blockOn(model->shutDown());
     }
 
     template <typename Operation>
@@ -178,6 +161,31 @@ protected:
     void answer(size_t index, const QByteArray& body)
     {
         onNetwork([index, body](HeldTransport& network) { network.answer(index, 200, body); });
+    }
+};
+
+class SyncWithoutCredentials : public SyncOverNetwork
+{
+protected:
+    // What the removal of the credentials during `sync` leaves, once the sync has its answer.
+    void expectDisconnected(QCoro::Task<> sync, int requests)
+    {
+        ASSERT_TRUE(eventually([&] { return sync.isReady() || requestCount() > requests; }));
+        EXPECT_EQ(requestCount(), requests) << "no request without credentials";
+        EXPECT_EQ(blockOn(vault->call([](CredentialVault& it) { return it.loadXCredentials(); })),
+                  std::nullopt);
+        ASSERT_TRUE(sync.isReady());
+        blockOn(std::move(sync));
+        EXPECT_FALSE(model->xConfigured());
+        EXPECT_FALSE(model->isSyncing());
+        EXPECT_EQ(model->syncProgress(), std::nullopt);
+        ASSERT_EQ(model->syncRuns().size(), 1);
+        EXPECT_EQ(model->syncRuns().first().status, SyncRun::Status::failed);
+        EXPECT_EQ(model->syncRuns().first().errorMessage, missing);
+        ASSERT_FALSE(model->syncLogEntries().isEmpty());
+        EXPECT_EQ(model->syncLogEntries().first().event, SyncLogEntry::Event::failed);
+        EXPECT_EQ(model->syncLogEntries().first().message, missing);
+        EXPECT_EQ(model->lastError(), missing);
     }
 
     const QString missing = QStringLiteral("X credentials are not configured.");
@@ -208,6 +216,77 @@ TEST_F(SyncWithoutCredentials, KeepsThePageThatWasOnItsWay)
     EXPECT_EQ(model->syncRuns().value(0).pages, 1);
     EXPECT_EQ(model->syncRuns().value(0).created, 1);
     EXPECT_EQ(library.open()->libraryCounts().all, 1);
+    testing::expectWhole(library.path());
+}
+
+class CancelingASync : public SyncOverNetwork
+{
+protected:
+    void SetUp() override
+    {
+        SyncOverNetwork::SetUp();
+        m_sync.emplace(model->syncNow({}, true));
+        ASSERT_TRUE(asked(2));
+        ASSERT_EQ(path(1), QStringLiteral("/2/users/42/bookmarks"));
+    }
+
+    // Cancels the sync, for which X has not yet answered.
+    void cancelSync()
+    {
+        model->cancelSync();
+        blockOn(*std::move(m_sync));
+        EXPECT_FALSE(model->isSyncing());
+        ASSERT_EQ(model->syncRuns().size(), 1);
+        EXPECT_EQ(model->syncRuns().first().status, SyncRun::Status::failed);
+        EXPECT_EQ(model->syncRuns().first().errorMessage, QStringLiteral("Sync canceled."));
+    }
+
+    const QByteArray page = testPages::page({testPages::post("77", "")});
+
+private:
+    std::optional<QCoro::Task<>> m_sync;
+};
+
+TEST_F(CancelingASync, DoesNotWaitForXAndDropsWhatComesLate)
+{
+    cancelSync();
+    EXPECT_EQ(model->statusMessage(),
+              QStringLiteral("The sync was canceled. What had arrived is in the library."));
+    answer(1, page);
+    blockOn(model->shutDown());
+    EXPECT_EQ(library.open()->libraryCounts().all, 0);
+}
+
+TEST_F(CancelingASync, LeavesACheckOfTheConnectionAlone)
+{
+    auto checking = model->validateConnections();
+    ASSERT_TRUE(asked(3));
+    cancelSync();
+    answer(2, R"({"data":{"id":"42","name":"Ada","username":"ada"}})");
+    blockOn(std::move(checking));
+    EXPECT_EQ(model->statusMessage(), QStringLiteral("Validated X directly."));
+    EXPECT_EQ(model->lastError(), std::nullopt);
+}
+
+TEST_F(CancelingASync, LetsTheNextOneBeginAtOnce)
+{
+    cancelSync();
+    auto next = model->syncNow({}, false);
+    ASSERT_TRUE(asked(3));
+    answer(2, page);
+    blockOn(std::move(next));
+    EXPECT_EQ(model->syncRuns().first().status, SyncRun::Status::completed);
+    answer(1, page);
+    blockOn(model->shutDown());
+    EXPECT_EQ(library.open()->syncRuns(10).value(1).status, SyncRun::Status::failed);
+}
+
+TEST_F(CancelingASync, EndsAtOnceAlsoWhenTheProgramEndsBeforeXAnswers)
+{
+    cancelSync();
+    blockOn(model->shutDown());
+    model.reset();
+    EXPECT_EQ(library.open()->syncRuns(10).size(), 1);
     testing::expectWhole(library.path());
 }
 

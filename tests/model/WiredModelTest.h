@@ -9,8 +9,8 @@
 
 namespace mirel::testing {
 
-// The model with its services as the program wires them, on threads of their own; the test gives the vault and
-// the network.
+// The model with its services as the program wires them, on threads of their own; the test gives the vault
+// and the network.
 class WiredModelTest : public ::testing::Test
 {
 protected:

@@ -78,6 +78,60 @@ TEST_F(BookmarkOperations, WhenXRefusesTheBookmarkStays)
     EXPECT_TRUE(isLive());
 }
 
+// While X is asked about a post, all data is deleted and another post comes to its id.
+class LateAnswer : public BookmarkOperations
+{
+protected:
+    void SetUp() override
+    {
+        BookmarkOperations::SetUp();
+        x.meanwhile = [this](const QString&) -> QCoro::Task<> {
+            onStore([now = library.clock.now()](LocalLibraryStore& it) {
+                it.purgeAllLocalData();
+                it.upsertFromX(makePost(2), now);
+            });
+            m_other = stored(2);
+            co_return;
+        };
+    }
+
+    template <typename Operation>
+    void expectGone(Operation operation)
+    {
+        const auto error = errorOf<SQLiteStoreError>([&] { blockOn(operation(stored(1).id)); });
+        ASSERT_TRUE(error);
+        EXPECT_EQ(error->description(), QStringLiteral("The bookmark no longer exists."));
+        expectOtherUntouched();
+    }
+
+    void expectOtherUntouched()
+    {
+        ASSERT_EQ(m_other.id, 1);
+        EXPECT_EQ(stored(2), m_other);
+    }
+
+private:
+    Bookmark m_other;
+};
+
+TEST_F(LateAnswer, OfCountersTouchesNoOtherPost)
+{
+    x.counters = [](const QString&) { return PostMetrics{.views = 60}; };
+    expectGone([this](qint64 id) { return service.refreshMetrics(id); });
+}
+
+TEST_F(LateAnswer, OfAThreadTouchesNoOtherPost)
+{
+    x.thread = [](const QString&) { return testing::makeThread(3); };
+    expectGone([this](qint64 id) { return service.enrichThread(id); });
+}
+
+TEST_F(LateAnswer, OfARemovalTouchesNoOtherPost)
+{
+    remove(true);
+    expectOtherUntouched();
+}
+
 TEST_F(BookmarkOperations, LeaveNoTraceInTheHistory)
 {
     blockOn(service.refreshMetrics(stored(1).id));

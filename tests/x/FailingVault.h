@@ -15,6 +15,8 @@ public:
     // -1: none.
     std::atomic<int> failing = -1;
     std::atomic<int> calls = 0;
+    // Whether the removal of all fails when the credentials of X are gone.
+    std::atomic<bool> failsHalfWay = false;
 
     QCoro::Task<std::optional<XCredentials>> loadXCredentials() override
     {
@@ -29,7 +31,10 @@ public:
     QCoro::Task<> clearAll() override
     {
         fail();
-        return InMemoryCredentialVault::clearAll();
+        const bool isCutOff = failsHalfWay;
+        co_await InMemoryCredentialVault::clearAll();
+        if (isCutOff)
+            throw VaultLocked();
     }
 
 private:

@@ -270,8 +270,9 @@ TEST_F(SyncInterleaving, CancelingOneSyncLeavesTheOtherAlone)
     ASSERT_TRUE(eventually([&] { return isHeld; }));
     cancellation.request();
     EXPECT_EQ(syncFully().created, 4);
-    gate.open();
     EXPECT_TRUE(errorOf<SyncCanceled>([&] { blockOn(std::move(task)); }));
+    gate.open();
+    blockOn(cancellation.leftBehind());
     const QList<SyncRun> runs = onStore([](LocalLibraryStore& it) { return it.syncRuns(10); });
     EXPECT_EQ(runs[0].status, SyncRun::Status::completed);
     EXPECT_EQ(runs[1].status, SyncRun::Status::failed);

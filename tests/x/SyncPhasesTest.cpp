@@ -1,5 +1,6 @@
 #include "testing/Printing.h"
 
+#include "x/Gate.h"
 #include "x/MirelSyncBench.h"
 
 #include "library/OrganizationError.h"
@@ -164,30 +165,53 @@ TEST_F(SyncPhases, ARuleThatFailsFailsTheRunAndNothingIsRolledBack)
     EXPECT_EQ(labels(2), QStringList(QStringLiteral("Applied first")));
 }
 
-TEST_F(SyncPhases, CountersThatCannotBeReadAreRecordedAsZeros)
+// The last page of bookmarks is recorded when the sync fails.
+class LostCounters : public SyncPhases
 {
-    x.meanwhile = [this](const QString& asked) -> QCoro::Task<> {
-        // The reading of a hundred runs finds other ones.
-        if (asked == u"folders")
-            connection->execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 100) "
-                                "INSERT INTO sync_runs (kind, status, created_at) "
-                                "SELECT 'manual', 'queued', 1.0e10 FROM n");
-        co_return;
-    };
-    x.folderPosts = [](const QString&, std::optional<QString>) -> XPage<QString> {
-        throw XAPIError::invalidResponse();
-    };
-    errorOf<XAPIError>([this] { syncFully(); });
-    const SyncRun run = onStore([](LocalLibraryStore& it) { return it.syncRun(1); });
-    EXPECT_EQ(run.status, SyncRun::Status::failed);
-    EXPECT_EQ(run.pages, 0);
-    EXPECT_EQ(run.created, 0);
+protected:
+    void failAfter(const char* change)
+    {
+        x.folderPosts = [this, change](const QString&, std::optional<QString>) -> XPage<QString> {
+            EXPECT_EQ(connection->firstRow("SELECT fetched FROM sync_runs WHERE id = 1")->integer("fetched"),
+                      4);
+            connection->execute(change);
+            throw XAPIError::invalidResponse();
+        };
+        EXPECT_EQ(errorOf<XAPIError>([this] { syncFully(); }), XAPIError::invalidResponse());
+    }
+
+    void expectZeros()
+    {
+        const SyncRun run = onStore([](LocalLibraryStore& it) { return it.syncRun(1); });
+        EXPECT_EQ(run.status, SyncRun::Status::failed);
+        EXPECT_EQ(run.errorMessage, XAPIError::invalidResponse().description());
+        EXPECT_EQ(run.pages, 0);
+        EXPECT_EQ(run.fetched, 0);
+        EXPECT_EQ(run.created, 0);
+    }
+};
+
+TEST_F(LostCounters, AreRecordedAsZerosWhenAHundredOtherRunsAreNewer)
+{
+    failAfter("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 100) "
+              "INSERT INTO sync_runs (kind, status, created_at) SELECT 'manual', 'queued', 1.0e10 FROM n");
+    expectZeros();
+}
+
+TEST_F(LostCounters, AreRecordedAsZerosWhenTheyCannotBeRead)
+{
+    failAfter("ALTER TABLE sync_runs RENAME COLUMN created_at TO gone");
+    EXPECT_THROW(onStore([](LocalLibraryStore& it) { return it.syncRuns(100); }), Error);
+    connection->execute("ALTER TABLE sync_runs RENAME COLUMN gone TO created_at");
+    expectZeros();
 }
 
 // A sync that is canceled while X is asked for something.
 class CanceledSync : public SyncPhases, public ::testing::WithParamInterface<int>
 {
 protected:
+    QObject context;
+
     void syncAndCancelDuring(const QString& question)
     {
         const SyncCancellation cancellation;
@@ -242,6 +266,31 @@ TEST_P(CanceledSync, IsCanceledAlsoWhenTheRequestThenFails)
     EXPECT_TRUE(errorOf<SyncCanceled>(
         [&] { blockOn(service.sync(SyncRun::Kind::manual, BookmarkSyncMode::full, {}, cancellation)); }));
     expectRecordedAsCanceled();
+}
+
+TEST_P(CanceledSync, EndsWithoutTheAnswerAndDropsItWhenItComes)
+{
+    Gate gate;
+    int remaining = GetParam();
+    const SyncCancellation cancellation;
+    x.meanwhile = [&](const QString&) -> QCoro::Task<> {
+        if (remaining-- != 0)
+            co_return;
+        QMetaObject::invokeMethod(
+            &context, [cancellation] { cancellation.request(); }, Qt::QueuedConnection);
+        co_await gate.opened();
+    };
+    EXPECT_TRUE(errorOf<SyncCanceled>(
+        [&] { blockOn(service.sync(SyncRun::Kind::manual, BookmarkSyncMode::full, {}, cancellation)); }));
+    expectRecordedAsCanceled();
+    const auto listed = [](LocalLibraryStore& it) {
+        return it.listBookmarks(LibraryFilter::all, 100, 0, LibrarySort::newest);
+    };
+    const QList<Bookmark> kept = onStore(listed);
+    gate.open();
+    blockOn(cancellation.leftBehind());
+    EXPECT_EQ(onStore(listed), kept);
+    EXPECT_EQ(x.asked, everything.first(GetParam() + 1)) << "nothing follows";
 }
 
 INSTANTIATE_TEST_SUITE_P(Requests, CanceledSync, ::testing::Range(0, 8));

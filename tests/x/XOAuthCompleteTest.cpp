@@ -44,6 +44,17 @@ TEST_F(XOAuthComplete, ExchangesTheCodeAndAsksWhoseTheTokenIs)
     EXPECT_TRUE(whose.body.isEmpty());
 }
 
+TEST_F(XOAuthComplete, IsMadeOfRequestsThatTheEndOfTheProgramGivesSomeTime)
+{
+    const PendingXAuthorization attempt = begin();
+    prepareSuccess();
+    static_cast<void>(blockOn(service.complete(callback(attempt))));
+    ASSERT_EQ(transport.requests().size(), 2);
+    for (const HTTPRequest& request : transport.requests())
+        EXPECT_TRUE(request.isUnrepeatable)
+            << "the code is spent by the first, and the tokens wait for the second";
+}
+
 TEST_F(XOAuthComplete, NamesAConfidentialClientInTheHeaderToo)
 {
     const PendingXAuthorization attempt = begin(QStringLiteral(" sécret "));
