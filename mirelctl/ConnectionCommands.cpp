@@ -18,20 +18,6 @@ namespace mirel {
 
 namespace {
 
-// The callback in what the user pasted, be it from the page of Mirel's web site that hands it on.
-std::optional<QUrl> callbackIn(const QString& text)
-{
-    auto url = parseURL(trimmed(text));
-    if (!url)
-        return std::nullopt;
-    if (url->adjusted(QUrl::RemoveQuery) == QUrl(XOAuthService::httpsHandoffRedirectURI)) {
-        const QString query = url->query(QUrl::FullyEncoded);
-        *url = QUrl(XOAuthService::nativeRedirectURI);
-        url->setQuery(query, QUrl::StrictMode);
-    }
-    return MirelDeepLink::isXOAuthCallback(*url) ? url : std::nullopt;
-}
-
 // What reaches a sign-in that waits: lines of standard input, and callbacks that another start of Mirel hands
 // over.
 class Arrivals
@@ -100,7 +86,7 @@ private:
 
     bool takeLink(const HandedLink& handed)
     {
-        if (!handed.url || !callbackIn(*handed.url))
+        if (!handed.url || !MirelDeepLink::xOAuthCallbackIn(*handed.url))
             return false;
         m_waiting.push_back(*handed.url);
         wake();
@@ -161,7 +147,7 @@ void awaitConnection(MirelAppModel& model, const CommandSurroundings& surroundin
             return;
         if (!text)
             throw CommandError(QStringLiteral("The sign-in ended without an address from X."));
-        const auto callback = callbackIn(*text);
+        const auto callback = MirelDeepLink::xOAuthCallbackIn(*text);
         if (!callback) {
             if (!trimmed(*text).isEmpty())
                 surroundings.remark(

@@ -25,7 +25,7 @@ LiveOptions liveOptions(const CommandLine& commandLine)
         qputenv("MIREL_LOCAL_DATA_DIR", commandLine.dataDirectory->toUtf8());
     LiveOptions options = commandLine.demo ? Demo::liveOptions() : LiveOptions();
     // The command prints the page.
-    options.openPage = [](const QUrl&) { return true; };
+    options.openPage = [](const QUrl&, const std::function<void()>&) { return true; };
     return options;
 }
 

@@ -2,6 +2,8 @@
 
 #include "model/WebAuthenticationSession.h"
 
+#include <memory>
+
 namespace mirel {
 
 // A sign-in in a browser that Mirel does not see into: it returns by the scheme of Mirel's links, whose
@@ -9,8 +11,9 @@ namespace mirel {
 class BrowserAuthenticationSession : public WebAuthenticationSession
 {
 public:
-    // Shows a page to the user. Returns whether it could.
-    using OpenPage = std::function<bool(const QUrl& page)>;
+    // Shows a page to the user. Returns whether it could, as far as that is known; when it comes out later
+    // that it could not, calls `failed`.
+    using OpenPage = std::function<bool(const QUrl& page, const std::function<void()>& failed)>;
 
     explicit BrowserAuthenticationSession(OpenPage openPage);
 
@@ -19,7 +22,8 @@ public:
 
 private:
     OpenPage m_openPage;
-    Completion m_completion;
+    // Empty once it was called.
+    std::shared_ptr<Completion> m_completion = std::make_shared<Completion>();
 };
 
 } // namespace mirel

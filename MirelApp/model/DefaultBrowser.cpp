@@ -6,20 +6,34 @@
 
 #include <QProcess>
 
+#include <memory>
+
 namespace mirel {
 
-bool openInDefaultBrowser(const QUrl& page, QProcessEnvironment environment)
+bool openInDefaultBrowser(const QUrl& page, QProcessEnvironment environment, std::function<void()> failed)
 {
     for (const QString& secret : CredentialImportService::secretVariables())
         environment.remove(secret);
-    QProcess opener;
-    opener.setProgram(pageOpener());
-    opener.setArguments({absoluteString(page)});
-    opener.setProcessEnvironment(environment);
-    opener.setStandardInputFile(QProcess::nullDevice());
-    opener.setStandardOutputFile(QProcess::nullDevice());
-    opener.setStandardErrorFile(QProcess::nullDevice());
-    return opener.startDetached();
+    auto opener = std::make_unique<QProcess>();
+    opener->setProgram(pageOpener());
+    opener->setArguments({absoluteString(page)});
+    opener->setProcessEnvironment(environment);
+    opener->setStandardInputFile(QProcess::nullDevice());
+    opener->setStandardOutputFile(QProcess::nullDevice());
+    opener->setStandardErrorFile(QProcess::nullDevice());
+    const auto end = [process = opener.get(), failed = std::move(failed)](int code,
+                                                                          QProcess::ExitStatus status) {
+        process->deleteLater();
+        if (failed && (code != 0 || status != QProcess::NormalExit))
+            failed();
+    };
+    QObject::connect(opener.get(), &QProcess::finished, opener.get(), end);
+    opener->start();
+    if (!opener->waitForStarted())
+        return false;
+    // It may go on as the browser itself, which an owner would end with Mirel.
+    static_cast<void>(opener.release());
+    return true;
 }
 
 } // namespace mirel

@@ -2,14 +2,11 @@
 
 #include "credentials/KeychainCredentialVault.h"
 #include "credentials/MirelKeychainConfiguration.h"
-#include "model/BrowserAuthenticationSession.h"
 #include "model/DefaultBrowser.h"
 #include "support/MirelPaths.h"
 #include "transport/URLSessionHTTPTransport.h"
 #include "x/Endpoints.h"
 #include "x/XAPIClient.h"
-
-#include <QDir>
 
 namespace mirel {
 
@@ -56,8 +53,9 @@ std::function<std::unique_ptr<WebAuthenticationSession>()> sessionMaker(const Li
 {
     BrowserAuthenticationSession::OpenPage openPage = options.openPage;
     if (!openPage) {
-        openPage = [environment = options.environment](const QUrl& page) {
-            return openInDefaultBrowser(page, environment);
+        openPage = [environment = options.environment](const QUrl& page,
+                                                       const std::function<void()>& failed) {
+            return openInDefaultBrowser(page, environment, failed);
         };
     }
     return [openPage] { return std::make_unique<BrowserAuthenticationSession>(openPage); };

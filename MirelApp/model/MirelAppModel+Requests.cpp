@@ -88,6 +88,11 @@ void MirelAppModel::requestXOAuth(const QString& clientID, const QString& client
     beginXOAuth(clientID, clientSecret, redirectURI);
 }
 
+void MirelAppModel::requestXCallback(const QString& address)
+{
+    takePastedXCallback(address);
+}
+
 void MirelAppModel::requestXCredentials(const QString& clientID, const QString& clientSecret,
                                         const QString& accessToken, const QString& refreshToken,
                                         const QString& userID, const QString& username)

@@ -3,6 +3,7 @@
 #include "model/RunningCommand.h"
 #include "model/SettingsValidationError.h"
 #include "support/Text.h"
+#include "x/MirelDeepLink.h"
 
 #include <QUrlQuery>
 
@@ -106,6 +107,17 @@ QCoro::Task<> MirelAppModel::abandonXAuthorization()
         co_return;
     const RunningCommand running(*this);
     co_await m_services.oauth->call([](XOAuthService& oauth) { oauth.abandon(); });
+}
+
+QCoro::Task<> MirelAppModel::takePastedXCallback(QString address)
+{
+    const RunningCommand running(*this);
+    setLastError({});
+    if (const auto callback = MirelDeepLink::xOAuthCallbackIn(address))
+        co_await handleOpenURL(*callback);
+    else
+        setLastError(QStringLiteral("That is not an address to which X returns: it begins with %1.")
+                         .arg(XOAuthService::nativeRedirectURI));
 }
 
 QCoro::Task<> MirelAppModel::completeXAuthorization(QUrl callbackURL)

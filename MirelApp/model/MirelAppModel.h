@@ -3,8 +3,8 @@
 #include "credentials/CredentialVault.h"
 #include "library/LocalLibraryStore.h"
 #include "model/BookmarkListModel.h"
+#include "model/BrowserAuthenticationSession.h"
 #include "model/NavigationSnapshot.h"
-#include "model/WebAuthenticationSession.h"
 #include "presentation/PostPresentation.h"
 #include "support/Serial.h"
 #include "transport/HTTPTransport.h"
@@ -46,7 +46,7 @@ struct LiveOptions
     // Makes the vault, on the services thread. Empty: the system's keyring.
     std::function<std::unique_ptr<CredentialVault>()> makeVault;
     // Shows the page of a sign-in, and returns whether it could. Empty: the user's browser does.
-    std::function<bool(const QUrl&)> openPage;
+    BrowserAuthenticationSession::OpenPage openPage;
     SearchPreparation searchPreparation = SearchPreparation::onDemand;
 };
 
@@ -202,6 +202,9 @@ public:
     // Shows X's sign-in in the browser, in place of one that it may show already. Its callback comes by
     // handleOpenURL().
     QCoro::Task<> beginXOAuth(QString clientID, QString clientSecret, QString redirectURI);
+    // Takes the address to which X sent the browser, also that of the page of Mirel's web site that hands it
+    // on, for a browser that could not return to Mirel.
+    QCoro::Task<> takePastedXCallback(QString address);
     // Gives up the sign-in that the browser shows; its callback then comes too late.
     Q_INVOKABLE void cancelXAuthorization();
     // Asks X whether the connection still works, if there is one.
@@ -240,6 +243,8 @@ public:
     Q_INVOKABLE void requestBack();
     Q_INVOKABLE void requestXOAuth(const QString& clientID, const QString& clientSecret,
                                    const QString& redirectURI);
+    // The address to which X sent the browser, as the user pasted it.
+    Q_INVOKABLE void requestXCallback(const QString& address);
     Q_INVOKABLE void requestXCredentials(const QString& clientID, const QString& clientSecret,
                                          const QString& accessToken, const QString& refreshToken,
                                          const QString& userID, const QString& username);

@@ -160,6 +160,13 @@ ColumnLayout {
         }
     }
 
+    XSignInHelp {
+        objectName: "signInHelp"
+        Layout.fillWidth: true
+        visible: form.appModel.isAuthorizingX
+        appModel: form.appModel
+    }
+
     PushButton {
         objectName: "showTokens"
         Layout.leftMargin: -Measures.medium

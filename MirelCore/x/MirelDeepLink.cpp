@@ -3,6 +3,7 @@
 #include "records/WebHosts.h"
 #include "support/Text.h"
 #include "support/WebURL.h"
+#include "x/XOAuthService.h"
 
 #include <QUrlQuery>
 
@@ -43,6 +44,19 @@ bool MirelDeepLink::isXOAuthCallback(const QUrl& url)
 {
     return isMirels(url) && url.host().toLower() == QLatin1StringView("oauth") &&
            url.path(QUrl::FullyDecoded).toLower() == QLatin1StringView("/x");
+}
+
+std::optional<QUrl> MirelDeepLink::xOAuthCallbackIn(const QString& text)
+{
+    auto url = parseURL(trimmed(text));
+    if (!url)
+        return std::nullopt;
+    if (url->adjusted(QUrl::RemoveQuery) == QUrl(XOAuthService::httpsHandoffRedirectURI)) {
+        const QString query = url->query(QUrl::FullyEncoded);
+        *url = QUrl(XOAuthService::nativeRedirectURI);
+        url->setQuery(query, QUrl::StrictMode);
+    }
+    return isXOAuthCallback(*url) ? url : std::nullopt;
 }
 
 std::optional<QString> MirelDeepLink::postReference(const QUrl& url)

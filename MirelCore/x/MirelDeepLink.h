@@ -18,6 +18,10 @@ struct MirelDeepLink
     // Whether X's authorization returned with it, in any letter case.
     [[nodiscard]] static bool isXOAuthCallback(const QUrl& url);
 
+    // The callback of X's authorization in what a user pasted, be it from the page of Mirel's web site that
+    // hands it on. Absent when there is none.
+    [[nodiscard]] static std::optional<QUrl> xOAuthCallbackIn(const QString& text);
+
     // What names a post in it: the whole address of a page on X; of "mirel://open" and "mirel://post", the
     // value of the first query item that is called "url", "tweet", "tweet_id" or "id", or else the path
     // without its first and last "/". Absent when there is none.

@@ -1,8 +1,8 @@
 #include "testing/Printing.h"
 
 #include "model/ConnectionBench.h"
+#include "testing/Eventually.h"
 
-#include "model/BrowserAuthenticationSession.h"
 #include "model/DefaultBrowser.h"
 #include "model/platform/PageOpener.h"
 #include "support/WebURL.h"
@@ -11,6 +11,8 @@
 
 namespace mirel {
 namespace {
+
+using testing::eventually;
 
 // With a program in the place of the one that opens the user's browser, which notes what it is given.
 class DefaultBrowser : public testing::ConnectionBench
@@ -32,13 +34,14 @@ protected:
         ConnectionBench::TearDown();
     }
 
-    void installOpener()
+    void installOpener(int exitStatus = 0)
     {
         QFile program(library.directory() + u'/' + pageOpener());
         ASSERT_TRUE(program.open(QFile::WriteOnly));
         const QByteArray notes = QFile::encodeName(notesPath());
         program.write("#!/bin/sh\n{ echo \"arguments: $#\"; printf '%s\\n' \"$@\"; env; } >'" + notes +
-                      ".part'\nmv '" + notes + ".part' '" + notes + "'\n");
+                      ".part'\nmv '" + notes + ".part' '" + notes + "'\nexit " +
+                      QByteArray::number(exitStatus) + '\n');
         program.close();
         ASSERT_TRUE(program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         qputenv("PATH", QFile::encodeName(library.directory()) + ':' + m_searchPath);
@@ -47,11 +50,33 @@ protected:
     // What the program was given, once it has ended.
     QByteArray notes() const
     {
-        while (!QFile::exists(notesPath()))
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        EXPECT_TRUE(eventually([this] { return QFile::exists(notesPath()); }));
         QFile file(notesPath());
         EXPECT_TRUE(file.open(QFile::ReadOnly));
         return file.readAll();
+    }
+
+    // A sign-in in the browser of the system.
+    void signIn()
+    {
+        MirelServices parts = services({});
+        parts.oauth = std::make_unique<Serial<XOAuthService>>(
+            std::make_shared<ServiceThread>(QStringLiteral("sign-in")), [this] {
+                return std::make_unique<XOAuthService>(
+                    *vault, *transport, QUrl(QStringLiteral("https://api.example/2")),
+                    QUrl(QStringLiteral("https://x.example/i/oauth2/authorize")), library.clock.clock(),
+                    [](qsizetype count) { return QByteArray(count, 'r'); });
+            });
+        parts.makeWebAuthenticationSession = [this] {
+            return std::make_unique<BrowserAuthenticationSession>(
+                [this](const QUrl& page, const std::function<void()>& failed) {
+                    return openInDefaultBrowser(page, environment, failed);
+                });
+        };
+        blockOn(model->shutDown());
+        model = std::make_unique<MirelAppModel>(std::move(parts));
+        blockOn(model->beginXOAuth(QStringLiteral("client"), QStringLiteral("typed-client-secret"),
+                                   XOAuthService::nativeRedirectURI));
     }
 
     QString notesPath() const { return library.directory() + QStringLiteral("/notes"); }
@@ -65,22 +90,7 @@ private:
 TEST_F(DefaultBrowser, GetsThePageOfASignInAndNoSecret)
 {
     installOpener();
-    MirelServices parts = services({});
-    parts.oauth = std::make_unique<Serial<XOAuthService>>(
-        std::make_shared<ServiceThread>(QStringLiteral("sign-in")), [this] {
-            return std::make_unique<XOAuthService>(
-                *vault, *transport, QUrl(QStringLiteral("https://api.example/2")),
-                QUrl(QStringLiteral("https://x.example/i/oauth2/authorize")), library.clock.clock(),
-                [](qsizetype count) { return QByteArray(count, 'r'); });
-        });
-    parts.makeWebAuthenticationSession = [this] {
-        return std::make_unique<BrowserAuthenticationSession>(
-            [this](const QUrl& page) { return openInDefaultBrowser(page, environment); });
-    };
-    blockOn(model->shutDown());
-    model = std::make_unique<MirelAppModel>(std::move(parts));
-    blockOn(model->beginXOAuth(QStringLiteral("client"), QStringLiteral("typed-client-secret"),
-                               XOAuthService::nativeRedirectURI));
+    signIn();
     EXPECT_TRUE(model->isAuthorizingX());
     const QByteArray given = notes();
     EXPECT_TRUE(
@@ -90,6 +100,32 @@ TEST_F(DefaultBrowser, GetsThePageOfASignInAndNoSecret)
     for (const QByteArray& secret : {verifier, QByteArray("planted-client-secret"),
                                      QByteArray("planted-openai-key"), QByteArray("typed-client-secret")})
         EXPECT_FALSE(given.contains(secret)) << secret.constData();
+}
+
+TEST_F(DefaultBrowser, ThatCannotBeOpenedEndsTheSignIn)
+{
+    installOpener(3);
+    signIn();
+    EXPECT_TRUE(eventually([this] { return !model->isAuthorizingX(); }));
+    EXPECT_EQ(error(), QStringLiteral("The secure X authorization session could not be started."));
+}
+
+TEST_F(DefaultBrowser, ThatFailsAfterTheSignInWasGivenUpIsNotTold)
+{
+    int ends = 0;
+    std::function<void()> fail;
+    std::optional<BrowserAuthenticationSession> session(
+        [&](const QUrl&, const std::function<void()>& failed) {
+            fail = failed;
+            return true;
+        });
+    ASSERT_TRUE(session->start({}, [&](const auto&) { ++ends; }));
+    session->cancel();
+    fail();
+    EXPECT_EQ(ends, 1) << "of the cancellation alone";
+    session.reset();
+    fail();
+    EXPECT_EQ(ends, 1);
 }
 
 TEST_F(DefaultBrowser, IsMissedWhereNothingOpensPages)

@@ -90,6 +90,37 @@ TEST_F(SettingsWindow, SignsInInTheBrowserAndCanBeCanceled)
     EXPECT_EQ(model->statusMessage(), QStringLiteral("X authorization canceled."));
 }
 
+TEST_F(SettingsWindow, HelpsWhereTheBrowserDoesNotOpenOrCannotReturn)
+{
+    openSettings();
+    EXPECT_EQ(visible("callback"), nullptr);
+    type("my-client");
+    click(visible("connectX"));
+    ASSERT_TRUE(eventually([this] { return visible("callback") != nullptr; }));
+    expectNothingIsCut();
+    keepPicture(QStringLiteral("sign-in"));
+    click(visible("copySignInPage"));
+    EXPECT_EQ(QUrl(QGuiApplication::clipboard()->text()), openedPages.value(0));
+
+    enter("callbackInput", "https://x.com/home");
+    click(visible("takeCallback"));
+    ASSERT_TRUE(eventually([this] { return model->lastError().has_value(); }));
+    EXPECT_EQ(model->lastError(),
+              QStringLiteral("That is not an address to which X returns: it begins with mirel://oauth/x."));
+    EXPECT_TRUE(model->isAuthorizingX()) << "the browser may return yet";
+
+    const QString state = QUrlQuery(openedPages.value(0)).queryItemValue(QStringLiteral("state"));
+    visible("callbackInput")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_A, Qt::ControlModifier);
+    enter("callbackInput", (QStringLiteral(" mirel://oauth/x?error=access_denied&state=") + state).toUtf8());
+    click(visible("takeCallback"));
+    ASSERT_TRUE(eventually([this] { return !model->isAuthorizingX(); }));
+    EXPECT_EQ(visible("callback"), nullptr);
+    ASSERT_TRUE(eventually([this] {
+        return model->lastError() == QStringLiteral("X authorization was not completed: access_denied");
+    })) << qPrintable(model->lastError().value_or(QString()));
+}
+
 TEST_F(SettingsWindow, TellsInTheFormWhatIsMissing)
 {
     openSettings();

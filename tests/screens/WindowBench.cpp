@@ -1,6 +1,5 @@
 #include "screens/WindowBench.h"
 
-#include "model/BrowserAuthenticationSession.h"
 #include "x/RecordingTransport.h"
 
 namespace mirel::testing {
@@ -94,10 +93,11 @@ void WindowBench::makeModel(const std::optional<ScriptedX::Pages>& pages, bool i
                                                QUrl(QStringLiteral("https://x.example/authorize")));
     });
     services.makeWebAuthenticationSession = [this] {
-        return std::make_unique<BrowserAuthenticationSession>([this](const QUrl& page) {
-            openedPages.append(page);
-            return true;
-        });
+        return std::make_unique<BrowserAuthenticationSession>(
+            [this](const QUrl& page, const std::function<void()>&) {
+                openedPages.append(page);
+                return true;
+            });
     };
     if (pages) {
         services.syncService = std::make_unique<Serial<MirelSyncService>>(servicesThread, [&] {

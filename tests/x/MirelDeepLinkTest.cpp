@@ -1,6 +1,7 @@
 #include "testing/Printing.h"
 
 #include "x/MirelDeepLink.h"
+#include "x/XOAuthService.h"
 
 #include <gtest/gtest.h>
 
@@ -92,6 +93,22 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"BlankPath", "mirel://open/%20", nullptr}, Row{"PathOfSlashes", "mirel://open///", nullptr},
         Row{"NoPath", "mirel://open", nullptr}),
     [](const auto& row) { return std::string(row.param.name); });
+
+TEST(PastedCallback, IsTakenWithWhatStandsAroundItAndFromThePageThatHandsItOn)
+{
+    const QUrl callback(QStringLiteral("mirel://oauth/x?state=s&code=a%26b"));
+    for (const char* text : {"mirel://oauth/x?state=s&code=a%26b", " \nmirel://oauth/x?state=s&code=a%26b\t"})
+        EXPECT_EQ(MirelDeepLink::xOAuthCallbackIn(QString::fromUtf8(text)), callback) << text;
+    EXPECT_EQ(MirelDeepLink::xOAuthCallbackIn(XOAuthService::httpsHandoffRedirectURI +
+                                              QStringLiteral("?state=s&code=a%26b")),
+              callback);
+}
+
+TEST(PastedCallback, IsNothingElse)
+{
+    for (const char* text : {"", " ", "mirel://open/1", "https://x.com/home", "state=s&code=c"})
+        EXPECT_EQ(MirelDeepLink::xOAuthCallbackIn(QString::fromUtf8(text)), std::nullopt) << text;
+}
 
 } // namespace
 } // namespace mirel
