@@ -10,6 +10,7 @@
 #include <QFile>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 namespace mirel {
@@ -32,6 +33,18 @@ int importFromStandardInput(int argumentCount, char** arguments)
     KeychainCredentialVault vault(MirelKeychainConfiguration::currentService());
     return blockOn(MirelEntryPoint::importCredentials(vault, input, QProcessEnvironment::systemEnvironment(),
                                                       output, errors));
+}
+
+// Only the import reads these. What the application starts is not to inherit them, and the text itself is
+// overwritten because other programs of the user can read what a program was started with for as long as it
+// runs. No other thread is there yet.
+void forgetSecretVariables()
+{
+    for (const QString& secret : CredentialImportService::secretVariables()) {
+        if (char* const text = std::getenv(qPrintable(secret)))
+            std::fill_n(text, std::strlen(text), '\0');
+        qunsetenv(qPrintable(secret));
+    }
 }
 
 QByteArray readToEnd(QIODevice& input)
@@ -61,9 +74,7 @@ int MirelEntryPoint::main(int argumentCount, char** arguments,
 {
     if (argumentCount >= 2 && std::strcmp(arguments[1], "--import-credentials-stdin") == 0)
         return importFromStandardInput(argumentCount, arguments);
-    // Only the import reads these, and what the application starts is not to inherit them.
-    for (const QString& secret : CredentialImportService::secretVariables())
-        qunsetenv(qPrintable(secret));
+    forgetSecretVariables();
     return runApplication(argumentCount, arguments);
 }
 
