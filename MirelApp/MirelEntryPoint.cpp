@@ -10,14 +10,13 @@
 #include <QFile>
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 namespace mirel {
 
 namespace {
 
-int importFromStandardInput(int argumentCount, char** arguments)
+int importFromStandardInput(int argumentCount, char** arguments, const QProcessEnvironment& environment)
 {
     QCoreApplication application(argumentCount, arguments);
     QFile input;
@@ -31,20 +30,7 @@ int importFromStandardInput(int argumentCount, char** arguments)
     if (!isOpen)
         return 1;
     KeychainCredentialVault vault(MirelKeychainConfiguration::currentService());
-    return blockOn(MirelEntryPoint::importCredentials(vault, input, QProcessEnvironment::systemEnvironment(),
-                                                      output, errors));
-}
-
-// Only the import reads these. What the application starts is not to inherit them, and the text itself is
-// overwritten because other programs of the user can read what a program was started with for as long as it
-// runs. No other thread is there yet.
-void forgetSecretVariables()
-{
-    for (const QString& secret : CredentialImportService::secretVariables()) {
-        if (char* const text = std::getenv(qPrintable(secret)))
-            std::fill_n(text, std::strlen(text), '\0');
-        qunsetenv(qPrintable(secret));
-    }
+    return blockOn(MirelEntryPoint::importCredentials(vault, input, environment, output, errors));
 }
 
 QByteArray readToEnd(QIODevice& input)
@@ -72,9 +58,9 @@ void writeLine(QIODevice& output, const QByteArray& line)
 int MirelEntryPoint::main(int argumentCount, char** arguments,
                           const std::function<int(int, char**)>& runApplication)
 {
+    const QProcessEnvironment environment = CredentialImportService::takeEnvironment();
     if (argumentCount >= 2 && std::strcmp(arguments[1], "--import-credentials-stdin") == 0)
-        return importFromStandardInput(argumentCount, arguments);
-    forgetSecretVariables();
+        return importFromStandardInput(argumentCount, arguments, environment);
     return runApplication(argumentCount, arguments);
 }
 

@@ -51,7 +51,11 @@ protected:
         QProcessEnvironment withSecret = environment();
         withSecret.insert(secretVariable, QString::fromUtf8(plantedSecret));
         RunningProgram connect(programs::mirelctl, connecting(), withSecret);
-        connect.write(agreeTo(connect.line()).toUtf8());
+        const QString callback = agreeTo(connect.line());
+        const QByteArray visible = connect.visibleParts();
+        EXPECT_TRUE(visible.contains("X_CLIENT_SECRET=")) << "it was there";
+        noteShown(visible);
+        connect.write(callback.toUtf8());
         const ProgramResult connected = connect.finish();
         ASSERT_EQ(connected.exitStatus, 0) << connected.errors.constData();
         noteShown(connected);
@@ -187,7 +191,8 @@ protected:
         return result;
     }
 
-    // What the browser that the window started was given: a line with the page, then all that is visible of it.
+    // What the browser that the window started was given: a line with the page, then all that is visible of
+    // it.
     [[nodiscard]] QByteArray startOfBrowser() const
     {
         return eventually([this] { return QFile::exists(notePath()); }) ? contentsOf(notePath())

@@ -6,8 +6,8 @@
 #include <QTimer>
 #include <QWindow>
 
-// Loaded into the window program by Qt, in place of a user: opens the settings, enters a client and its secret,
-// and begins to sign in.
+// Loaded into the window program by Qt, in place of a user: opens the settings, enters a client and its
+// secret, and begins to sign in.
 class WindowDriver : public QObject
 {
     Q_OBJECT
