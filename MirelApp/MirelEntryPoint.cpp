@@ -16,7 +16,7 @@ namespace mirel {
 
 namespace {
 
-int importFromStandardInput(int argumentCount, char** arguments)
+int importFromStandardInput(int argumentCount, char** arguments, const QProcessEnvironment& environment)
 {
     QCoreApplication application(argumentCount, arguments);
     QFile input;
@@ -30,8 +30,7 @@ int importFromStandardInput(int argumentCount, char** arguments)
     if (!isOpen)
         return 1;
     KeychainCredentialVault vault(MirelKeychainConfiguration::currentService());
-    return blockOn(MirelEntryPoint::importCredentials(vault, input, QProcessEnvironment::systemEnvironment(),
-                                                      output, errors));
+    return blockOn(MirelEntryPoint::importCredentials(vault, input, environment, output, errors));
 }
 
 QByteArray readToEnd(QIODevice& input)
@@ -59,11 +58,9 @@ void writeLine(QIODevice& output, const QByteArray& line)
 int MirelEntryPoint::main(int argumentCount, char** arguments,
                           const std::function<int(int, char**)>& runApplication)
 {
+    const QProcessEnvironment environment = CredentialImportService::takeEnvironment();
     if (argumentCount >= 2 && std::strcmp(arguments[1], "--import-credentials-stdin") == 0)
-        return importFromStandardInput(argumentCount, arguments);
-    // Only the import reads these, and what the application starts is not to inherit them.
-    for (const QString& secret : CredentialImportService::secretVariables())
-        qunsetenv(qPrintable(secret));
+        return importFromStandardInput(argumentCount, arguments, environment);
     return runApplication(argumentCount, arguments);
 }
 

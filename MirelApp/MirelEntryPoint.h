@@ -14,8 +14,8 @@ struct MirelEntryPoint
 {
     MirelEntryPoint() = delete;
 
-    // Imports credentials when argument 1 is "--import-credentials-stdin", else runs the application.
-    // Returns the exit status.
+    // Imports credentials when argument 1 is "--import-credentials-stdin", else runs the application, which
+    // finds no secret in the environment. Returns the exit status.
     static int main(int argumentCount, char** arguments,
                     const std::function<int(int, char**)>& runApplication);
 

@@ -13,12 +13,14 @@
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QTemporaryDir>
+#include <QUrlQuery>
 
 #include <cstdio>
 #include <map>
 
 // A full sync with folders and threads of a simulated account, over loopback: its time by phase, next to the
-// same requests alone, and whether exactly the requests were made that the account needs.
+// same requests alone, and whether exactly the requests were made that the account needs and all of it
+// arrived.
 
 namespace mirel {
 namespace {
@@ -49,7 +51,7 @@ Kind kindOf(const QString& path)
 
 using Counts = std::map<Kind, qsizetype>;
 
-// Notes when each request was sent.
+// Notes when each request was sent and answered.
 class TimingTransport : public HTTPTransport
 {
 public:
@@ -57,12 +59,15 @@ public:
     {
         HTTPRequest request;
         TimePoint at;
+        TimePoint answeredAt;
     };
 
     [[nodiscard]] QCoro::Task<HTTPResponse> data(HTTPRequest request) override
     {
-        m_sent.append({request, std::chrono::steady_clock::now()});
-        return m_network.data(std::move(request));
+        const TimePoint at = std::chrono::steady_clock::now();
+        const HTTPResponse response = co_await m_network.data(request);
+        m_sent.append({request, at, std::chrono::steady_clock::now()});
+        co_return response;
     }
 
     [[nodiscard]] QList<Sent> takeSent() { return std::exchange(m_sent, {}); }
@@ -113,15 +118,19 @@ public:
     {
         return blockOn(m_transport.call([](TimingTransport& network) { return network.takeSent(); }));
     }
-    // Sends requests one after the other, does nothing with the answers and forgets them.
-    void send(const QList<TimingTransport::Sent>& requests)
+    // Sends requests again, one after the other, and forgets them. Returns the bodies of the answers.
+    QByteArrayList send(const QList<TimingTransport::Sent>& requests)
     {
-        const auto sendEach = [requests](TimingTransport& network) -> QCoro::Task<> {
-            for (const auto& sent : requests)
-                co_await network.data(sent.request);
+        const auto sendEach = [requests](TimingTransport& network) -> QCoro::Task<QByteArrayList> {
+            QByteArrayList bodies;
+            for (const auto& sent : requests) {
+                const HTTPResponse response = co_await network.data(sent.request);
+                bodies.append(response.body);
+            }
             static_cast<void>(network.takeSent());
+            co_return bodies;
         };
-        blockOn(m_transport.call(sendEach));
+        return blockOn(m_transport.call(sendEach));
     }
     template <typename Operation>
     auto onStore(Operation operation)
@@ -188,6 +197,70 @@ Counts neededRequests(Bench& bench, const QStringList& accountIDs, qsizetype thr
     return needed;
 }
 
+// Throws unless each bookmark is in the folder that it is in on X.
+void requireFolders(Bench& bench, const QStringList& accountIDs)
+{
+    const simulator::Folders folders(seed, folderCount);
+    const simulator::Account account(static_cast<int>(accountIDs.size()));
+    QHash<QString, QString> onX;
+    for (int folder = 0; folder < folderCount; ++folder) {
+        for (const int serial : folders.serials(folder, account))
+            onX.insert(accountIDs[account.serials().indexOf(serial)], folders.all()[folder].name);
+    }
+    const auto here = bench.onStore([accountIDs](LocalLibraryStore& library) {
+        QHash<QString, QString> filed;
+        for (const QString& id : accountIDs) {
+            if (const auto bookmark = library.bookmark(id); bookmark && bookmark->folder)
+                filed.insert(id, bookmark->folder->name);
+        }
+        return filed;
+    });
+    if (onX.isEmpty() || here != onX)
+        throw std::runtime_error("The bookmarks are not in the folders that they are in on X.");
+}
+
+// Throws unless there are the threads that X answers to `asked` with, and no others. Of several bookmarks in
+// a conversation one may have been asked for.
+void requireThreads(Bench& bench, const QStringList& accountIDs, const QList<TimingTransport::Sent>& asked)
+{
+    QHash<QString, QJsonArray> conversations;
+    const QByteArrayList answers = bench.send(asked);
+    for (qsizetype i = 0; i < asked.size(); ++i) {
+        const QString query = QUrlQuery(asked[i].request.url).queryItemValue(QStringLiteral("query"));
+        conversations.insert(query.section(u':', 1), parseJSON(answers[i])[u"data"].toArray());
+    }
+    const auto threadOnX = [conversations](const Bookmark& bookmark) {
+        QStringList ids;
+        for (const QJsonValue& post : conversations.value(bookmark.conversationID.value_or(QString()))) {
+            if (post[u"author_id"] == bookmark.author.xID)
+                ids.prepend(post[u"id"].toString());
+        }
+        return ids.size() < 2 ? QStringList() : ids;
+    };
+    QSet<QString> onX;
+    QSet<QString> here;
+    bench.onStore([&](LocalLibraryStore& library) {
+        for (const QString& id : accountIDs) {
+            const Bookmark bookmark = library.bookmark(id).value();
+            QStringList thread;
+            for (const ThreadPost& post : bookmark.thread)
+                thread.append(post.tweetID);
+            const QStringList expected = threadOnX(bookmark);
+            if (!thread.isEmpty() && thread != expected)
+                throw std::runtime_error("The thread of " + id.toStdString() + " is not that of X.");
+            if (!thread.isEmpty())
+                here.insert(*bookmark.conversationID);
+            if (!expected.isEmpty())
+                onX.insert(*bookmark.conversationID);
+        }
+    });
+    std::printf("%-36s %9lld\n", "threads of several posts", static_cast<long long>(here.size()));
+    if (here != onX)
+        throw std::runtime_error("Threads of X did not arrive.");
+    if (!asked.isEmpty() && here.isEmpty())
+        throw std::runtime_error("None of the threads has several posts.");
+}
+
 Counts countsOf(const QList<TimingTransport::Sent>& sent)
 {
     Counts counts;
@@ -230,7 +303,8 @@ bool compare(Counts made, Counts needed)
     return areEqual;
 }
 
-// Syncs once, prints where the time went, and returns whether the requests were those needed.
+// Syncs once, prints where the time went, and returns whether the requests were those needed. Throws when the
+// folders or threads of the account did not arrive.
 bool measure(const char* title, Bench& bench, Simulator& simulator, qsizetype threads)
 {
     simulator.clearRequests();
@@ -239,17 +313,25 @@ bool measure(const char* title, Bench& bench, Simulator& simulator, qsizetype th
     const TimePoint end = std::chrono::steady_clock::now();
     const QList<TimingTransport::Sent> sent = bench.takeSent();
     const TimePoint folders = firstOf(sent, Kind::folders, end);
-    const TimePoint threadsStart = firstOf(sent, Kind::threads, end);
+    // What the last answer brings, a thread or an empty folder, takes no time to store.
+    const TimePoint rules = sent.last().answeredAt;
+    const TimePoint threadsStart = firstOf(sent, Kind::threads, rules);
     std::printf("\n%s\n", title);
     printPhase("bookmarks", start, folders);
     printPhase("folders", folders, threadsStart);
-    printPhase("threads and rules", threadsStart, end);
+    printPhase("threads", threadsStart, rules);
+    printPhase("rules", rules, end);
     printPhase("all in all", start, end);
-    const Duration bare = timeOf([&] { bench.send(sent); });
+    const Duration bare = timeOf([&] { static_cast<void>(bench.send(sent)); });
     std::printf("%-36s %9.2f s\n", "the same requests alone", bare.count());
     if (!simulator.problems().isEmpty())
         throw std::runtime_error(simulator.problems().first().toStdString());
-    return compare(countsOf(sent), neededRequests(bench, simulator.accountIDs(), threads));
+    const QStringList ids = simulator.accountIDs();
+    requireFolders(bench, ids);
+    QList<TimingTransport::Sent> askedThreads = sent;
+    askedThreads.removeIf([](const auto& each) { return kindOf(each.request.url.path()) != Kind::threads; });
+    requireThreads(bench, ids, askedThreads);
+    return compare(countsOf(sent), neededRequests(bench, ids, threads));
 }
 
 // Leaves the newest `count` posts that tell their conversation without a thread; earlier syncs have looked

@@ -13,6 +13,13 @@ set(MIREL_LAYER_x library presentation credentials transport records support)
 set(MIREL_LAYER_model x library presentation credentials transport records support)
 set(MIREL_LAYER_screens model presentation records support)
 
+# What differs between systems stands in a platform/ folder, in the file whose name ends with this.
+if(APPLE)
+    set(MIREL_PLATFORM macos)
+else()
+    set(MIREL_PLATFORM linux)
+endif()
+
 # Adds the static library mirel_<layer> from the sources of the current folder, linked to the
 # layers it may use. Further libraries follow LINK.
 function(mirel_add_layer layer)

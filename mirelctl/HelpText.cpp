@@ -12,7 +12,7 @@ The library:
   status             how the library stands and whether X works
   sync [--full]      bring the library up to date with X; --full goes on to the
                      oldest bookmark instead of stopping where nothing is new
-  history [RUN] [--limit N]
+  history [RUN | --limit N]
                      print the syncs, newest first (20), or what happened in one
   list [OPTION]...   print bookmarks, one a line
       --filter all|inbox|read|favorites|archive   of one mailbox (all)

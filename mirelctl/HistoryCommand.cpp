@@ -9,6 +9,7 @@ namespace {
 
 // As many as the store gives at once.
 constexpr qint64 mostEntries = 5000;
+constexpr qint64 usualRuns = 20;
 
 QStringList rowOfRun(const SyncRun& run)
 {
@@ -33,6 +34,11 @@ void HistoryCommand::describe(CommandSyntax& syntax)
 {
     syntax.addOptionalOperand(reference);
     syntax.addNumber(QStringLiteral("limit"), limit, 1);
+    syntax.addCheck([this] {
+        if (reference && limit)
+            throw CommandError(
+                QStringLiteral("The option --limit is for the list of syncs, not for one sync."));
+    });
 }
 
 QByteArray HistoryCommand::run(MirelAppModel& model, const CommandSurroundings& surroundings) const
@@ -44,8 +50,9 @@ QByteArray HistoryCommand::run(MirelAppModel& model, const CommandSurroundings& 
         return answerList(surroundings, entries, QStringLiteral("Nothing was noted of that sync."),
                           rowOfEntry);
     }
-    const auto runs =
-        withLibrary(model, [most = limit](LocalLibraryStore& library) { return library.syncRuns(most); });
+    const auto runs = withLibrary(model, [most = limit.value_or(usualRuns)](LocalLibraryStore& library) {
+        return library.syncRuns(most);
+    });
     return answerList(surroundings, runs, QStringLiteral("There was no sync yet."), rowOfRun);
 }
 

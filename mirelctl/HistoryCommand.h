@@ -14,8 +14,8 @@ struct HistoryCommand
 
     // The id of a run, with or without "#".
     std::optional<QString> reference;
-    // Of the runs.
-    qint64 limit = 20;
+    // Of the runs; with a reference there is none.
+    std::optional<qint64> limit;
 
     void describe(CommandSyntax& syntax);
     // Returns what goes to standard output. Asks neither the keyring nor X. Throws CommandError, or what

@@ -49,10 +49,11 @@ bool shutDownSoon(MirelAppModel& model)
     return isIdle;
 }
 
-CommandSurroundings surroundingsOf(const CommandLine& commandLine)
+CommandSurroundings surroundingsOf(const CommandLine& commandLine, const QProcessEnvironment& environment)
 {
     CommandSurroundings surroundings{.json = commandLine.json,
                                      .columns = standardStreams::outputColumns(),
+                                     .environment = environment,
                                      .libraryPath = MirelPaths::databasePath()};
     surroundings.remark = [](const QString& sentence) {
         standardStreams::writeError(oneLine(sentence).toUtf8() + '\n');
@@ -86,36 +87,38 @@ constexpr bool searches =
     std::is_same_v<SomeCommand, SearchCommand> || std::is_same_v<SomeCommand, CountCommand>;
 
 template <typename SomeCommand>
-int execute(const SomeCommand& command, const CommandLine& commandLine)
+int execute(const SomeCommand& command, const CommandLine& commandLine,
+            const QProcessEnvironment& environment)
 {
     LiveOptions options = liveOptions(commandLine);
     if constexpr (searches<SomeCommand>)
         options.searchPreparation = SearchPreparation::whileOpening;
     const auto model = MirelAppModel::live(options);
-    const int status = runAndReport([&] { return command.run(*model, surroundingsOf(commandLine)); });
+    const int status =
+        runAndReport([&] { return command.run(*model, surroundingsOf(commandLine, environment)); });
     // A keyring that waits for its user can be waited for, but not be ended. The library is safe at any time.
     if (!shutDownSoon(*model))
         std::_Exit(status);
     return status;
 }
 
-int execute(const HelpCommand&, const CommandLine&)
+int execute(const HelpCommand&, const CommandLine&, const QProcessEnvironment&)
 {
     return runAndReport([] { return helpText().toUtf8(); });
 }
 
-int execute(const VersionCommand&, const CommandLine&)
+int execute(const VersionCommand&, const CommandLine&, const QProcessEnvironment&)
 {
     return runAndReport([] { return "mirelctl " + QCoreApplication::applicationVersion().toUtf8() + '\n'; });
 }
 
 } // namespace
 
-int runProgram(const QStringList& arguments)
+int runProgram(const QStringList& arguments, const QProcessEnvironment& environment)
 {
     try {
         const CommandLine commandLine = parseCommandLine(arguments);
-        return std::visit([&](const auto& command) { return execute(command, commandLine); },
+        return std::visit([&](const auto& command) { return execute(command, commandLine, environment); },
                           commandLine.command);
     } catch (...) {
         return report(std::current_exception());

@@ -1,3 +1,4 @@
+#include "credentials/CredentialImportService.h"
 #include "mirelctl/Program.h"
 
 #include <QCoreApplication>
@@ -20,10 +21,11 @@ static void chooseUTF8Locale()
 int main(int argumentCount, char** arguments)
 {
     chooseUTF8Locale();
+    const QProcessEnvironment environment = mirel::CredentialImportService::takeEnvironment();
     // A closed pipe shows as a failing write.
     std::signal(SIGPIPE, SIG_IGN);
     QCoreApplication application(argumentCount, arguments);
     QCoreApplication::setApplicationName(QStringLiteral("mirelctl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(MIREL_VERSION));
-    return mirel::runProgram(QCoreApplication::arguments().sliced(1));
+    return mirel::runProgram(QCoreApplication::arguments().sliced(1), environment);
 }

@@ -7,20 +7,19 @@
 
 namespace mirel {
 
-Handing handOver(const HandedLink& link, const QString& directory, std::chrono::milliseconds patience)
+Handing handOver(const HandedLink& link, const QString& directory, const HandingPatience& patience)
 {
     const QByteArray message = encodeJSON(link) + '\n';
     if (message.size() > LinkReceiver::longestMessage)
         return Handing::refused;
-    const QDeadlineTimer deadline(patience);
-    const auto left = [&deadline] { return static_cast<int>(deadline.remainingTime()); };
     QLocalSocket socket;
     socket.connectToServer(LinkReceiver::socketPath(directory));
-    if (!socket.waitForConnected(left()))
+    if (!socket.waitForConnected(static_cast<int>(patience.forConnection.count())))
         return Handing::nobodyThere;
     socket.write(message);
+    const QDeadlineTimer deadline(patience.forAnswer);
     while (!socket.canReadLine()) {
-        if (!socket.waitForReadyRead(left()))
+        if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime())))
             return Handing::refused;
     }
     return socket.readLine() == LinkReceiver::taken ? Handing::taken : Handing::refused;

@@ -27,9 +27,18 @@ struct HandedLink
 
 enum class Handing { taken, refused, nobodyThere };
 
-// Hands `link` to the program that receives links in `directory`. A program that does not answer within
-// `patience` refuses. Blocks.
+// How long a program that receives links is waited for.
+struct HandingPatience
+{
+    std::chrono::milliseconds forConnection = std::chrono::seconds(5);
+    // Whoever was connected to lives, and may just be opening a large library, which answers nobody until
+    // that is done.
+    std::chrono::milliseconds forAnswer = std::chrono::minutes(1);
+};
+
+// Hands `link` to the program that receives links in `directory`. One that ends meanwhile, or that lets
+// `patience` run out once it was connected to, refuses. Blocks.
 [[nodiscard]] Handing handOver(const HandedLink& link, const QString& directory,
-                               std::chrono::milliseconds patience = std::chrono::seconds(5));
+                               const HandingPatience& patience = {});
 
 } // namespace mirel

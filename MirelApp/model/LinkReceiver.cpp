@@ -36,7 +36,7 @@ LinkReceiver::~LinkReceiver()
 
 bool LinkReceiver::claim()
 {
-    if (isClaimed())
+    if (m_server.isListening())
         return true;
     if (!m_lock.tryLock(0))
         return false;

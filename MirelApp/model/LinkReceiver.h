@@ -7,7 +7,6 @@
 #include <QLockFile>
 
 #include <functional>
-#include <memory>
 
 namespace mirel {
 
@@ -35,8 +34,6 @@ public:
     // Makes this program the one that receives, in place of one that is gone. Returns false when another one
     // does, or when it is not possible in `directory`. Links wait from now on.
     [[nodiscard]] bool claim();
-    // claim() succeeded.
-    [[nodiscard]] bool isClaimed() const { return m_server.isListening(); }
 
     // Takes links in the event loop of this thread.
     void receive(Take take);

@@ -39,7 +39,8 @@ public:
     // once, after this returned. It is not called for a callback that reaches the program by another road.
     [[nodiscard]] virtual bool start(const QUrl& page, Completion completion) = 0;
 
-    // Ends it as canceled.
+    // Ends it as canceled: `completion` is called before this returns, and may have destroyed the session by
+    // then. Does nothing when nothing was started, or when it is over.
     virtual void cancel() = 0;
 };
 

@@ -38,6 +38,7 @@ Sheet {
             objectName: "refuse"
             text: "Cancel"
             Keys.onReturnPressed: clicked()
+            Keys.onEnterPressed: clicked()
             onClicked: sheet.close()
         }
 
@@ -47,6 +48,7 @@ Sheet {
             isDestructive: true
             text: sheet.action
             Keys.onReturnPressed: clicked()
+            Keys.onEnterPressed: clicked()
             onClicked: {
                 sheet.close();
                 sheet.confirmed();

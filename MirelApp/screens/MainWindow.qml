@@ -194,8 +194,6 @@ ApplicationWindow {
             }
 
             Loader {
-                id: reader
-
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 visible: main.isReaderOpen

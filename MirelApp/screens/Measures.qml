@@ -12,7 +12,6 @@ QtObject {
     readonly property int postText: Math.round(15 * scale)
     readonly property int readingText: Math.round(17 * scale)
     readonly property int titleText: Math.round(20 * scale)
-    readonly property int pageHeadText: Math.round(28 * scale)
 
     // The heights of lines, whatever the script: 1.35 times the size of the type in lists, 1.55 when reading.
     readonly property int controlLine: Math.ceil(controlText * 1.35)

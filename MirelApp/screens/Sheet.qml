@@ -99,8 +99,6 @@ Popup {
         }
 
         Loader {
-            id: lines
-
             Layout.fillWidth: true
             Layout.leftMargin: Measures.small
             Layout.rightMargin: Measures.small

@@ -11,7 +11,9 @@ T.ItemDelegate {
     readonly property var run: modelData
     required property bool isShown
     required property bool showsFocus
-    readonly property bool isTrouble: run.status === "failed" || run.status === "rate_limited"
+    readonly property SyncStatus status: SyncStatus {
+        status: row.run.status
+    }
     readonly property string statusWord: run.status === "rate_limited" ? "rate limited" : run.status
 
     signal chosen
@@ -40,7 +42,7 @@ T.ItemDelegate {
 
             Icon {
                 symbol: row.run.status === "failed" ? "triangle-alert" : row.run.status === "rate_limited" ? "clock" : row.run.status === "completed" ? "circle-check" : "loader-circle"
-                color: row.run.status === "failed" ? Theme.failure : row.run.status === "rate_limited" ? Theme.warning : row.run.status === "completed" ? Theme.success : Theme.secondary
+                color: row.status.color
             }
 
             PlainLabel {

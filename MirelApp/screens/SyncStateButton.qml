@@ -24,7 +24,9 @@ T.Button {
         }
         return "Last sync did not finish";
     }
-    readonly property bool isTrouble: !appModel.isSyncing && run !== null && (run.status === "failed" || run.status === "rate_limited")
+    readonly property SyncStatus shown: SyncStatus {
+        status: control.appModel.isSyncing || control.run === null ? "" : control.run.status
+    }
 
     objectName: "syncState"
     text: line
@@ -43,8 +45,8 @@ T.Button {
 
             x: control.isFolded ? (parent.width - width) / 2 : 0
             y: control.isFolded ? (parent.height - height) / 2 : Math.max(0, (Measures.controlLine - height) / 2) + words.y
-            symbol: control.isTrouble ? "triangle-alert" : "history"
-            color: control.isTrouble ? (control.run.status === "failed" ? Theme.failure : Theme.warning) : Theme.secondary
+            symbol: control.shown.isTrouble ? "triangle-alert" : "history"
+            color: control.shown.isTrouble ? control.shown.color : Theme.secondary
         }
 
         PlainLabel {

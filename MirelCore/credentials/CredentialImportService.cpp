@@ -3,6 +3,9 @@
 #include "credentials/CredentialImportError.h"
 #include "support/Text.h"
 
+#include <cstdlib>
+#include <cstring>
+
 namespace mirel {
 
 namespace {
@@ -76,6 +79,17 @@ CredentialImportService::CredentialImportService(CredentialVault& vault)
 QStringList CredentialImportService::secretVariables()
 {
     return {QStringLiteral("X_CLIENT_SECRET"), QStringLiteral("OPENAI_API_KEY")};
+}
+
+QProcessEnvironment CredentialImportService::takeEnvironment()
+{
+    const QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const QString& secret : secretVariables()) {
+        if (char* const text = std::getenv(qPrintable(secret)))
+            std::fill_n(text, std::strlen(text), '\0');
+        qunsetenv(qPrintable(secret));
+    }
+    return environment;
 }
 
 QCoro::Task<CredentialImportResult>

@@ -10,7 +10,7 @@
 namespace mirel {
 
 // The one road to every secret of the program. Every operation may throw KeychainError or
-// JSONCodingError.
+// JSONCodingError, and all of them, changes() too, are called on the one thread that the vault lives on.
 class CredentialVault
 {
 public:

@@ -302,6 +302,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "The command \"thread\" takes an X post id or a post's address."},
         Refused{"HistoryOfTwoRuns", "history 1 2",
                 "The argument \"2\" is one too many for the command \"history\"."},
+        Refused{"HistoryOfPartOfARun", "history 1 --limit 2",
+                "The option --limit is for the list of syncs, not for one sync."},
         Refused{"HistoryOfNoRuns", "history --limit 0",
                 "The option --limit takes a whole number of at least 1, not \"0\"."},
         Refused{"SecretAsAnArgument", "connect --client-secret hidden",

@@ -5,9 +5,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QFuture>
 #include <QTemporaryDir>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -102,8 +100,11 @@ TEST_F(ReceivedLinks, WaitUntilTheProgramThatIsJustStartingTakesThem)
 {
     LinkReceiver receiver(directory.path());
     ASSERT_TRUE(receiver.claim());
-    auto handing = std::async(std::launch::async, [this] { return handOver(post, directory.path(), 60s); });
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    // It answers after all the time that connecting to it may take.
+    const HandingPatience patience{.forConnection = 0ms};
+    auto handing =
+        std::async(std::launch::async, [=, this] { return handOver(post, directory.path(), patience); });
+    EXPECT_EQ(handing.wait_for(50ms), std::future_status::timeout);
     EXPECT_TRUE(received.isEmpty());
     receiver.receive([this](const HandedLink& link) {
         received.append(link);
@@ -194,7 +195,7 @@ TEST_F(ReceivedLinks, AProgramThatDoesNotAnswerRefuses)
 {
     LinkReceiver receiver(directory.path());
     ASSERT_TRUE(receiver.claim());
-    EXPECT_EQ(handOver(post, directory.path(), 50ms), Handing::refused);
+    EXPECT_EQ(handOver(post, directory.path(), {.forAnswer = 50ms}), Handing::refused);
 }
 
 TEST_F(ReceivedLinks, NeedADirectoryThatCanBeWrittenTo)

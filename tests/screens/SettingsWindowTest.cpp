@@ -194,6 +194,22 @@ TEST_F(SettingsWindow, ClearsTheCredentialsWhenTheUserMeansIt)
     EXPECT_EQ(text("providerStatusText"), QStringLiteral("X not configured"));
 }
 
+TEST_F(SettingsWindow, AQuestionIsAnsweredByTheKeypadToo)
+{
+    makeModel({}, true);
+    openSettings();
+    click(visible("clearCredentials"));
+    ASSERT_TRUE(eventually([this] { return visible("refuse") && visible("refuse")->hasActiveFocus(); }));
+    press(Qt::Key_Enter, Qt::KeypadModifier);
+    ASSERT_TRUE(eventually([this] { return visible("refuse") == nullptr; }));
+    EXPECT_TRUE(model->xConfigured());
+    click(visible("clearCredentials"));
+    ASSERT_TRUE(eventually([this] { return visible("refuse") && visible("refuse")->hasActiveFocus(); }));
+    press(Qt::Key_Tab);
+    press(Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_TRUE(eventually([this] { return !model->xConfigured(); }));
+}
+
 TEST_F(SettingsWindow, DeletesEverythingWhenTheUserMeansIt)
 {
     fillWithNumberedPosts(4);

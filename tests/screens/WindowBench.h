@@ -2,6 +2,7 @@
 
 #include "screens/InventedPosts.h"
 #include "screens/ScriptedX.h"
+#include "testing/Eventually.h"
 #include "testing/Printing.h"
 
 #include "credentials/InMemoryCredentialVault.h"
@@ -54,14 +55,6 @@ protected:
     [[nodiscard]] QString currentRowText() const;
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void click(QQuickItem* item);
-    // Runs the event loop until `condition` holds; false when it does not come to hold.
-    template <typename Condition>
-    [[nodiscard]] static bool eventually(Condition condition)
-    {
-        constexpr int giveUpMilliseconds = 20'000;
-        return QTest::qWaitFor(condition, giveUpMilliseconds);
-    }
-
     // A sync begins when the test says so.
     void preferNoAutomaticSync() const;
 

@@ -146,7 +146,13 @@ TEST_F(WindowLinksTest, ArriveOnceTheProgramThatReceivedThemIsGone)
     ASSERT_TRUE(other->claim());
     other->receive([](const HandedLink&) { return true; });
     receiveLinks(1ms);
-    QTest::qWait(20);
+    // By then it has tried to receive them several times.
+    int pulses = 0;
+    QTimer pulse;
+    pulse.callOnTimeout([&pulses] { ++pulses; });
+    pulse.start(1ms);
+    EXPECT_TRUE(eventually([&] { return pulses >= 5; }));
+    pulse.stop();
     EXPECT_EQ(hand(QStringLiteral("mirel://open/10002")), Handing::taken);
     EXPECT_FALSE(model->isReaderOpen()) << "the other one took it";
     other.reset();

@@ -116,10 +116,19 @@ test_tells_the_licence_of_the_icons_that_are_built_in() {
 make_window_viewer() {
     fake bin/view-window <<'PROGRAM'
 "$sandbox/root/usr/bin/Mirel" &
-while kill -0 $! 2>/dev/null; do
-    window=$(xwininfo -root -tree | awk '/\("Mirel" "Mirel"\)/ { print $1 }')
-    # Its properties are there before it is shown.
-    [[ -z $window ]] || ! xwininfo -id "$window" | grep -q IsViewable || break
+SECONDS=0
+# Its properties are there before it is shown.
+until window=$(xwininfo -root -tree | awk '/\("Mirel" "Mirel"\)/ { print $1 }') && [[ -n $window ]] &&
+    xwininfo -id "$window" | grep -q IsViewable; do
+    if ! kill -0 $! 2>/dev/null; then
+        echo 'Mirel ended without a window.' >&2
+        exit 1
+    fi
+    if ((SECONDS > 90)); then
+        echo 'Mirel shows no window.' >&2
+        kill $!
+        exit 1
+    fi
     sleep 0.2
 done
 xprop -id "$window" -notype WM_CLASS
@@ -138,6 +147,7 @@ test_the_window_has_the_icon_and_the_name_that_the_desktop_file_says() {
     export ASAN_OPTIONS=${ASAN_OPTIONS:+$ASAN_OPTIONS:}strict_string_checks=0
     make_window_viewer
     run_command xvfb-run --auto-servernum view-window
+    expect_equal "$status" 0
     expect_contains "$output" "WM_CLASS = \"Mirel\", \"$(entry StartupWMClass)\""
     # the colours of the icon, opaque
     expect_contains "$output" " $((0xFF2563EB))"

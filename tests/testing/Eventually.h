@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QTimer>
 
 #include <chrono>
 
@@ -12,10 +13,14 @@ template <typename Condition>
 [[nodiscard]] bool eventually(Condition condition)
 {
     const QDeadlineTimer deadline(std::chrono::minutes(1));
+    // For conditions that come to hold without an event.
+    QTimer pulse;
+    pulse.start(std::chrono::milliseconds(10));
     while (!condition()) {
         if (deadline.hasExpired())
             return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     return true;
 }
