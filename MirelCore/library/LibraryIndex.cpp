@@ -49,11 +49,6 @@ LibraryIndex::LibraryIndex(SQLiteConnection& connection)
 
 LibraryIndex::~LibraryIndex() = default;
 
-QList<qint64> LibraryIndex::ids(LibraryFilter mailbox, LibrarySort sort)
-{
-    return ids(mailbox, sort, std::numeric_limits<qint64>::max(), 0);
-}
-
 QList<qint64> LibraryIndex::ids(LibraryFilter mailbox, LibrarySort sort, qint64 limit, qint64 offset)
 {
     bringUpToDate(IndexDepth::outline);

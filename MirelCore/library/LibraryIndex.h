@@ -27,14 +27,14 @@ public:
     Q_DISABLE_COPY_MOVE(LibraryIndex)
 
     // The live bookmarks of a mailbox, in order. `limit` and `offset` are not negative.
-    [[nodiscard]] QList<qint64> ids(LibraryFilter mailbox, LibrarySort sort);
-    [[nodiscard]] QList<qint64> ids(LibraryFilter mailbox, LibrarySort sort, qint64 limit, qint64 offset);
+    [[nodiscard]] QList<qint64> ids(LibraryFilter mailbox, LibrarySort sort,
+                                    qint64 limit = std::numeric_limits<qint64>::max(), qint64 offset = 0);
 
     // A bookmark whose author is missing counts, although it is never listed.
     [[nodiscard]] LibraryCounts counts();
 
     // Those of them that pass the search. Throws also what keeps a bookmark of the mailbox from being loaded,
-    // even when it is another one that is looked for.
+    // even when it is another one that is looked for, or nothing is asked of any.
     [[nodiscard]] QList<qint64> matchingIDs(LibraryFilter mailbox, const LibrarySearch& search,
                                             LibrarySort sort);
 
