@@ -87,14 +87,22 @@ class RuleNameTest : public Rules, public ::testing::WithParamInterface<testing:
 
 TEST_P(RuleNameTest, IsCutAtAHundredCharacters)
 {
-    const QString character = QString::fromUtf16(GetParam().character);
     const BookmarkRule made =
-        store->createRule(character.repeated(150), {}, BookmarkRule::Action::tag, 1, true);
-    EXPECT_EQ(made.name, character.repeated(100));
+        store->createRule(GetParam().given(150), {}, BookmarkRule::Action::tag, 1, true);
+    EXPECT_EQ(made.name, GetParam().stored(100));
 }
 
 INSTANTIATE_TEST_SUITE_P(Characters, RuleNameTest, ::testing::ValuesIn(testing::characterCases),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(Rules, AVeryLongNameIsCutAndAVeryLongQueryIsNot)
+{
+    const BookmarkRule made =
+        store->createRule(testing::longText(), testing::longText(), BookmarkRule::Action::tag, 1, true);
+    EXPECT_EQ(made.name, testing::longText().first(100));
+    EXPECT_EQ(made.query, testing::longText());
+    EXPECT_EQ(store->rules(), QList<BookmarkRule>{made});
+}
 
 TEST_F(Rules, SearchingLooksInNameAndQueryAndOrdersByName)
 {
