@@ -15,7 +15,7 @@ IndexEntry outlineOf(const SQLiteRow& row)
     return {
         .id = row.integer("id").value_or(0),
         .authorID = row.integer("author_local_id"),
-        .createdAt = row.instant("post_created_at").value_or(Instant()),
+        .createdAt = row.instant("post_created_at").value_or(IndexEntry::afterEveryDate),
         .folderID = row.integer("folder_id"),
         .isRead = row.boolean("is_read"),
         .isFavorite = row.boolean("is_favorite"),
@@ -122,6 +122,16 @@ std::vector<IndexEntry> outlinesWhere(SQLiteConnection& connection, const QByteA
     return entries;
 }
 
+// The numbers in `place`, by `id`.
+QHash<qint64, qint64> loadPlaces(SQLiteConnection& connection, const QByteArray& query)
+{
+    QHash<qint64, qint64> places;
+    connection.forEachRow(query, {}, [&places](const SQLiteRow& row) {
+        places.insert(row.integer("id").value_or(0), row.integer("place").value_or(0));
+    });
+    return places;
+}
+
 } // namespace
 
 std::vector<IndexEntry> loadOutlines(SQLiteConnection& connection)
@@ -156,13 +166,14 @@ QList<SearchableField> loadSearchableFields(SQLiteConnection& connection, qint64
 
 QHash<qint64, qint64> loadAuthorRanks(SQLiteConnection& connection)
 {
-    QHash<qint64, qint64> ranks;
-    connection.forEachRow(
-        "SELECT id, dense_rank() OVER (ORDER BY username COLLATE NOCASE) AS place FROM authors", {},
-        [&ranks](const SQLiteRow& row) {
-            ranks.insert(row.integer("id").value_or(0), row.integer("place").value_or(0));
-        });
-    return ranks;
+    return loadPlaces(connection, "SELECT id, dense_rank() OVER (ORDER BY username COLLATE NOCASE) AS place "
+                                  "FROM authors");
+}
+
+QHash<qint64, qint64> loadRanksOfMistypedDates(SQLiteConnection& connection)
+{
+    return loadPlaces(connection, "SELECT id, dense_rank() OVER (ORDER BY post_created_at) AS place "
+                                  "FROM bookmarks WHERE typeof(post_created_at) NOT IN ('real', 'integer')");
 }
 
 } // namespace mirel
