@@ -44,7 +44,8 @@ public:
 
     // Between these two calls, another processor does the work of the first search as far as it comes, and
     // this connection is free for other work. What is written meanwhile, here or elsewhere, is noticed as
-    // always.
+    // always. Where that processor cannot be had, or cannot read, the first search does it all; they throw
+    // SQLiteStoreError as every call does, and nothing else.
     void beginLoadingAhead();
     void endLoadingAhead();
 
