@@ -5,7 +5,6 @@
 #include "mirelctl/TextOutput.h"
 
 #include <QEventLoop>
-#include <QLocale>
 #include <QTimer>
 
 namespace mirel {

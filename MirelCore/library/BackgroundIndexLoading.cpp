@@ -3,6 +3,8 @@
 #include "library/IndexTextBudget.h"
 #include "support/Error.h"
 
+#include <system_error>
+
 namespace mirel {
 
 namespace {
@@ -25,8 +27,12 @@ QList<qint64> listedBookmarks(SQLiteConnection& connection)
 BackgroundIndexLoading::BackgroundIndexLoading(const QString& databasePath, IndexDepth depth)
     : m_databasePath(databasePath)
     , m_depth(depth)
-    , m_thread([this](const std::stop_token& stop) { load(stop); })
 {
+    try {
+        m_thread = std::jthread([this](const std::stop_token& stop) { load(stop); });
+    } catch (const std::system_error&) {
+        // Whoever needs the bookmarks reads them without help.
+    }
 }
 
 std::vector<IndexBatch> BackgroundIndexLoading::finish()

@@ -2,7 +2,6 @@
 
 #include "library/IndexLoading.h"
 
-#include <atomic>
 #include <thread>
 
 namespace mirel {
@@ -12,7 +11,9 @@ namespace mirel {
 class BackgroundIndexLoading
 {
 public:
-    // Begins to load all live bookmarks of the library at `databasePath`, which is in WAL mode.
+    // Begins to load all live bookmarks of the library at `databasePath`, which is in WAL mode. Throws
+    // nothing: what keeps it from loading, a thread that cannot be started too, leaves it with nothing
+    // loaded.
     BackgroundIndexLoading(const QString& databasePath, IndexDepth depth);
 
     // Ends like finish().

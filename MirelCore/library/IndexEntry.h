@@ -5,6 +5,7 @@
 #include "library/LibraryFilter.h"
 
 #include <exception>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -55,6 +56,10 @@ struct IndexedFolder
 // What is kept in memory of a live bookmark.
 struct IndexEntry
 {
+    // Stands for what is no number, which SQL orders after all numbers.
+    static constexpr Instant afterEveryDate =
+        Instant::fromSecondsSince1970(std::numeric_limits<double>::infinity());
+
     IndexDepth depth = IndexDepth::outline;
 
     qint64 id = 0;

@@ -1,5 +1,6 @@
 #include "library/IndexLoading.h"
 
+#include "library/BookmarkOrganization.h"
 #include "library/LibrarySearchContext.h"
 #include "library/RowDecoding.h"
 #include "library/SearchableText.h"
@@ -9,54 +10,12 @@ namespace mirel {
 
 namespace {
 
-// The labels of some bookmarks, in two forms: for the index and for decoding a bookmark.
-struct LoadedLabels
-{
-    QHash<qint64, std::vector<IndexedLabel>> entries;
-    QHash<qint64, QList<Tag>> tags;
-};
-
-LoadedLabels loadLabels(SQLiteConnection& connection, const QByteArray& ids)
-{
-    LoadedLabels labels;
-    QHash<qint64, std::shared_ptr<const IndexedLabel::Names>> names;
-    connection.forEachRow(
-        "SELECT bt.rowid AS link, bt.bookmark_id, t.id, t.name, t.slug, t.color_hex, t.source FROM tags t "
-        "JOIN bookmark_tags bt ON bt.tag_id = t.id "
-        "WHERE bt.bookmark_id IN (SELECT value FROM json_each(?)) ORDER BY t.name COLLATE NOCASE",
-        {ids}, [&](const SQLiteRow& row) {
-            const qint64 bookmarkID = row.integer("bookmark_id").value_or(0);
-            const Tag tag = decodeTag(row);
-            auto& shared = names[tag.id];
-            if (!shared) {
-                shared = std::make_shared<IndexedLabel::Names>(IndexedLabel::Names{
-                    .id = tag.id, .slug = searchKey(tag.slug), .name = searchKey(tag.name)});
-            }
-            labels.entries[bookmarkID].push_back({.link = row.integer("link").value_or(0), .names = shared});
-            labels.tags[bookmarkID].append(tag);
-        });
-    return labels;
-}
-
-QHash<qint64, Folder> loadFolders(SQLiteConnection& connection, const QByteArray& ids)
-{
-    QHash<qint64, Folder> folders;
-    connection.forEachRow(
-        "SELECT bf.bookmark_id, f.id, f.name, f.slug, f.description, f.parent_id, f.source, "
-        "f.x_folder_id FROM folders f JOIN bookmark_folders bf ON bf.folder_id = f.id "
-        "WHERE bf.bookmark_id IN (SELECT value FROM json_each(?))",
-        {ids}, [&folders](const SQLiteRow& row) {
-            folders.insert(row.integer("bookmark_id").value_or(0), decodeFolder(row));
-        });
-    return folders;
-}
-
 IndexEntry outlineOf(const SQLiteRow& row)
 {
     return {
         .id = row.integer("id").value_or(0),
         .authorID = row.integer("author_local_id"),
-        .createdAt = row.instant("post_created_at").value_or(Instant()),
+        .createdAt = row.instant("post_created_at").value_or(IndexEntry::afterEveryDate),
         .folderID = row.integer("folder_id"),
         .isRead = row.boolean("is_read"),
         .isFavorite = row.boolean("is_favorite"),
@@ -83,8 +42,7 @@ public:
     BookmarkReader(SQLiteConnection& connection, const QList<qint64>& ids)
         : m_connection(connection)
         , m_ids(encodeJSON(ids))
-        , m_labels(loadLabels(connection, m_ids))
-        , m_folders(loadFolders(connection, m_ids))
+        , m_organization(connection, m_ids)
     {
     }
 
@@ -107,26 +65,31 @@ public:
     [[nodiscard]] Bookmark decode(const SQLiteRow& row) const
     {
         const qint64 id = row.integer("id").value_or(0);
-        return decodeBookmark(row, m_labels.tags.value(id), folderOf(id));
+        return decodeBookmark(row, m_organization.tagsOf(id), m_organization.folderOf(id));
     }
-    [[nodiscard]] std::vector<IndexedLabel> labelsOf(qint64 bookmarkID) const
+    // The bookmarks share the names of their labels.
+    [[nodiscard]] std::vector<IndexedLabel> labelsOf(qint64 bookmarkID)
     {
-        return m_labels.entries.value(bookmarkID);
-    }
-    [[nodiscard]] std::optional<Folder> folderOf(qint64 bookmarkID) const
-    {
-        const auto found = m_folders.constFind(bookmarkID);
-        return found == m_folders.cend() ? std::nullopt : std::optional(*found);
+        std::vector<IndexedLabel> labels;
+        for (const auto& [link, tag] : m_organization.labelsOf(bookmarkID)) {
+            auto& names = m_names[tag.id];
+            if (!names) {
+                names = std::make_shared<IndexedLabel::Names>(IndexedLabel::Names{
+                    .id = tag.id, .slug = searchKey(tag.slug), .name = searchKey(tag.name)});
+            }
+            labels.push_back({.link = link, .names = names});
+        }
+        return labels;
     }
 
 private:
     SQLiteConnection& m_connection;
     QByteArray m_ids;
-    LoadedLabels m_labels;
-    QHash<qint64, Folder> m_folders;
+    BookmarkOrganization m_organization;
+    QHash<qint64, std::shared_ptr<const IndexedLabel::Names>> m_names;
 };
 
-void add(IndexBatch& batch, const BookmarkReader& reader, const SQLiteRow& row, IndexDepth depth)
+void add(IndexBatch& batch, BookmarkReader& reader, const SQLiteRow& row, IndexDepth depth)
 {
     IndexEntry& entry = batch.entries.emplace_back(outlineOf(row));
     entry.depth = depth;
@@ -145,29 +108,40 @@ void add(IndexBatch& batch, const BookmarkReader& reader, const SQLiteRow& row, 
     }
 }
 
+// The outlines of the live bookmarks `b` for which `condition` is true.
+std::vector<IndexEntry> outlinesWhere(SQLiteConnection& connection, const QByteArray& condition,
+                                      const SQLiteValues& values)
+{
+    std::vector<IndexEntry> entries;
+    connection.forEachRow(
+        "SELECT b.id, b.post_created_at, b.is_read, b.is_favorite, b.is_archived, bf.folder_id, "
+        "a.id AS author_local_id FROM bookmarks b LEFT JOIN authors a ON a.id = b.author_id "
+        "LEFT JOIN bookmark_folders bf ON bf.bookmark_id = b.id WHERE b.deleted_at IS NULL AND " +
+            condition,
+        values, [&entries](const SQLiteRow& row) { entries.push_back(outlineOf(row)); });
+    return entries;
+}
+
+// The numbers in `place`, by `id`.
+QHash<qint64, qint64> loadPlaces(SQLiteConnection& connection, const QByteArray& query)
+{
+    QHash<qint64, qint64> places;
+    connection.forEachRow(query, {}, [&places](const SQLiteRow& row) {
+        places.insert(row.integer("id").value_or(0), row.integer("place").value_or(0));
+    });
+    return places;
+}
+
 } // namespace
 
 std::vector<IndexEntry> loadOutlines(SQLiteConnection& connection)
 {
-    std::vector<IndexEntry> entries;
-    connection.forEachRow(
-        "SELECT b.id, b.post_created_at, b.is_read, b.is_favorite, b.is_archived, bf.folder_id, "
-        "a.id AS author_local_id FROM bookmarks b LEFT JOIN authors a ON a.id = b.author_id "
-        "LEFT JOIN bookmark_folders bf ON bf.bookmark_id = b.id WHERE b.deleted_at IS NULL",
-        {}, [&entries](const SQLiteRow& row) { entries.push_back(outlineOf(row)); });
-    return entries;
+    return outlinesWhere(connection, "1 = 1", {});
 }
 
 std::vector<IndexEntry> loadOutlines(SQLiteConnection& connection, const QList<qint64>& ids)
 {
-    std::vector<IndexEntry> entries;
-    connection.forEachRow(
-        "SELECT b.id, b.post_created_at, b.is_read, b.is_favorite, b.is_archived, bf.folder_id, "
-        "a.id AS author_local_id FROM bookmarks b LEFT JOIN authors a ON a.id = b.author_id "
-        "LEFT JOIN bookmark_folders bf ON bf.bookmark_id = b.id "
-        "WHERE b.id IN (SELECT value FROM json_each(?)) AND b.deleted_at IS NULL",
-        {encodeJSON(ids)}, [&entries](const SQLiteRow& row) { entries.push_back(outlineOf(row)); });
-    return entries;
+    return outlinesWhere(connection, "b.id IN (SELECT value FROM json_each(?))", {encodeJSON(ids)});
 }
 
 IndexBatch loadIndexBatch(SQLiteConnection& connection, const QList<qint64>& ids, IndexDepth depth)
@@ -192,13 +166,14 @@ QList<SearchableField> loadSearchableFields(SQLiteConnection& connection, qint64
 
 QHash<qint64, qint64> loadAuthorRanks(SQLiteConnection& connection)
 {
-    QHash<qint64, qint64> ranks;
-    connection.forEachRow(
-        "SELECT id, dense_rank() OVER (ORDER BY username COLLATE NOCASE) AS place FROM authors", {},
-        [&ranks](const SQLiteRow& row) {
-            ranks.insert(row.integer("id").value_or(0), row.integer("place").value_or(0));
-        });
-    return ranks;
+    return loadPlaces(connection, "SELECT id, dense_rank() OVER (ORDER BY username COLLATE NOCASE) AS place "
+                                  "FROM authors");
+}
+
+QHash<qint64, qint64> loadRanksOfMistypedDates(SQLiteConnection& connection)
+{
+    return loadPlaces(connection, "SELECT id, dense_rank() OVER (ORDER BY post_created_at) AS place "
+                                  "FROM bookmarks WHERE typeof(post_created_at) NOT IN ('real', 'integer')");
 }
 
 } // namespace mirel

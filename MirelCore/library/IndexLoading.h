@@ -37,4 +37,7 @@ struct IndexBatch
 // letters alone.
 [[nodiscard]] QHash<qint64, qint64> loadAuthorRanks(SQLiteConnection& connection);
 
+// The places among each other, from 1, of the bookmarks whose date is no number.
+[[nodiscard]] QHash<qint64, qint64> loadRanksOfMistypedDates(SQLiteConnection& connection);
+
 } // namespace mirel

@@ -49,11 +49,6 @@ LibraryIndex::LibraryIndex(SQLiteConnection& connection)
 
 LibraryIndex::~LibraryIndex() = default;
 
-QList<qint64> LibraryIndex::ids(LibraryFilter mailbox, LibrarySort sort)
-{
-    return ids(mailbox, sort, std::numeric_limits<qint64>::max(), 0);
-}
-
 QList<qint64> LibraryIndex::ids(LibraryFilter mailbox, LibrarySort sort, qint64 limit, qint64 offset)
 {
     bringUpToDate(IndexDepth::outline);
@@ -305,7 +300,8 @@ void LibraryIndex::put(IndexEntry entry)
         return;
     }
     IndexEntry& place = m_entries[*known];
-    if (place.createdAt != entry.createdAt || place.authorID != entry.authorID)
+    if (place.createdAt != entry.createdAt || entry.createdAt == IndexEntry::afterEveryDate ||
+        place.authorID != entry.authorID)
         m_orders = {};
     m_textBudget.remove(place);
     place = std::move(entry);
@@ -356,10 +352,15 @@ const std::vector<quint32>& LibraryIndex::order(LibrarySort sort)
     // Kept only once it is sorted, which may fail.
     std::vector<quint32> places(m_entries.size());
     std::iota(places.begin(), places.end(), 0U);
-    const auto isNewer = [this](quint32 a, quint32 b) {
-        const IndexEntry& left = m_entries[a];
-        const IndexEntry& right = m_entries[b];
-        return std::tie(left.createdAt, left.id) > std::tie(right.createdAt, right.id);
+    const bool hasMistypedDates = std::any_of(m_entries.cbegin(), m_entries.cend(), [](const auto& entry) {
+        return entry.createdAt == IndexEntry::afterEveryDate;
+    });
+    const auto mistyped = hasMistypedDates ? loadRanksOfMistypedDates(m_connection) : QHash<qint64, qint64>();
+    const auto isNewer = [&](quint32 a, quint32 b) {
+        const auto key = [&](const IndexEntry& entry) {
+            return std::tuple(entry.createdAt, mistyped.value(entry.id), entry.id);
+        };
+        return key(m_entries[a]) > key(m_entries[b]);
     };
     switch (sort) {
     case LibrarySort::newest:

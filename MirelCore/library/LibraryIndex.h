@@ -27,14 +27,14 @@ public:
     Q_DISABLE_COPY_MOVE(LibraryIndex)
 
     // The live bookmarks of a mailbox, in order. `limit` and `offset` are not negative.
-    [[nodiscard]] QList<qint64> ids(LibraryFilter mailbox, LibrarySort sort);
-    [[nodiscard]] QList<qint64> ids(LibraryFilter mailbox, LibrarySort sort, qint64 limit, qint64 offset);
+    [[nodiscard]] QList<qint64> ids(LibraryFilter mailbox, LibrarySort sort,
+                                    qint64 limit = std::numeric_limits<qint64>::max(), qint64 offset = 0);
 
     // A bookmark whose author is missing counts, although it is never listed.
     [[nodiscard]] LibraryCounts counts();
 
     // Those of them that pass the search. Throws also what keeps a bookmark of the mailbox from being loaded,
-    // even when it is another one that is looked for.
+    // even when it is another one that is looked for, or nothing is asked of any.
     [[nodiscard]] QList<qint64> matchingIDs(LibraryFilter mailbox, const LibrarySearch& search,
                                             LibrarySort sort);
 
@@ -44,7 +44,8 @@ public:
 
     // Between these two calls, another processor does the work of the first search as far as it comes, and
     // this connection is free for other work. What is written meanwhile, here or elsewhere, is noticed as
-    // always.
+    // always. Where that processor cannot be had, or cannot read, the first search does it all; they throw
+    // SQLiteStoreError as every call does, and nothing else.
     void beginLoadingAhead();
     void endLoadingAhead();
 

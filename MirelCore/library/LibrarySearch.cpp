@@ -39,10 +39,4 @@ bool LibrarySearch::matches(const LibrarySearchSubject& subject) const
            (!wanted.dateTo || subject.createdAt() <= *wanted.dateTo);
 }
 
-bool LibrarySearch::matchesEverything() const
-{
-    const LibraryRefinements nothing{.query = m_refinements.query, .source = m_refinements.source};
-    return m_expression.nodes().empty() && m_refinements == nothing;
-}
-
 } // namespace mirel

@@ -15,9 +15,6 @@ public:
     // first that it does not pass.
     [[nodiscard]] bool matches(const LibrarySearchSubject& subject) const;
 
-    // Nothing is asked of a bookmark.
-    [[nodiscard]] bool matchesEverything() const;
-
     [[nodiscard]] const LibraryRefinements& refinements() const { return m_refinements; }
     [[nodiscard]] const LibrarySearchExpression& expression() const { return m_expression; }
 

@@ -27,7 +27,7 @@ BookmarkHighlight LocalLibraryStore::createHighlight(qint64 bookmarkID, const QS
         .startOffset = std::max<qint64>(startOffset, 0),
         // The start as it was passed: raising it to 0 does not raise the end.
         .endOffset = std::max(endOffset, startOffset),
-        .colorHex = colorHex,
+        .colorHex = storedText(colorHex),
         .createdAt = createdAt,
     };
     if (contextText)

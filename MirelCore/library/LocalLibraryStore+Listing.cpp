@@ -1,5 +1,6 @@
 #include "library/LocalLibraryStore.h"
 
+#include "library/BookmarkOrganization.h"
 #include "library/PageLimit.h"
 #include "library/RowDecoding.h"
 #include "library/SQLiteStoreError.h"
@@ -81,31 +82,14 @@ QList<Bookmark> LocalLibraryStore::bookmarks(const QList<qint64>& ids)
                          {wanted}))
         rows.emplace(row.integer("id").value_or(0), std::move(row));
 
-    QHash<qint64, QList<Tag>> tags;
-    for (const SQLiteRow& row : m_database.rows(
-             "SELECT bt.bookmark_id, t.id, t.name, t.slug, t.color_hex, t.source FROM tags t "
-             "JOIN bookmark_tags bt ON bt.tag_id = t.id "
-             "WHERE bt.bookmark_id IN (SELECT value FROM json_each(?)) ORDER BY t.name COLLATE NOCASE",
-             {wanted}))
-        tags[row.integer("bookmark_id").value_or(0)].append(decodeTag(row));
-
-    QHash<qint64, Folder> folders;
-    for (const SQLiteRow& row :
-         m_database.rows("SELECT bf.bookmark_id, f.id, f.name, f.slug, f.description, f.parent_id, f.source, "
-                         "f.x_folder_id FROM folders f JOIN bookmark_folders bf ON bf.folder_id = f.id "
-                         "WHERE bf.bookmark_id IN (SELECT value FROM json_each(?))",
-                         {wanted}))
-        folders.insert(row.integer("bookmark_id").value_or(0), decodeFolder(row));
-
+    const BookmarkOrganization organization(m_database, wanted);
     QList<Bookmark> page;
     page.reserve(ids.size());
     for (const qint64 id : ids) {
         const auto row = rows.constFind(id);
         if (row == rows.cend())
             throw SQLiteStoreError::bookmarkNotFound();
-        const auto folder = folders.constFind(id);
-        page.append(decodeBookmark(*row, tags.value(id),
-                                   folder == folders.cend() ? std::nullopt : std::optional(*folder)));
+        page.append(decodeBookmark(*row, organization.tagsOf(id), organization.folderOf(id)));
     }
     return page;
 }

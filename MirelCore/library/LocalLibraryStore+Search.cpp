@@ -14,8 +14,7 @@ constexpr qsizetype preparedAtOnce = 250;
 QList<qint64> LocalLibraryStore::matchingBookmarkIDs(LibraryFilter filter,
                                                      const LibraryRefinements& refinements, LibrarySort sort)
 {
-    const LibrarySearch search(refinements);
-    return search.matchesEverything() ? m_index.ids(filter, sort) : m_index.matchingIDs(filter, search, sort);
+    return m_index.matchingIDs(filter, LibrarySearch(refinements), sort);
 }
 
 BookmarkSearchPage LocalLibraryStore::searchBookmarksPage(LibraryFilter filter,

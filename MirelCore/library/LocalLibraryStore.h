@@ -23,8 +23,7 @@ enum class SearchPreparation {
     // At the first search, or when prepareSearch() is called.
     onDemand,
     // On another processor while the library is being opened, which takes a while itself: the first search
-    // finds
-    // all of it done, or most.
+    // finds all of it done, or most.
     whileOpening
 };
 
@@ -87,7 +86,8 @@ public:
 
     [[nodiscard]] LibraryCounts libraryCounts();
 
-    // What of a mailbox passes the refinements, in order.
+    // What of a mailbox passes the refinements, in order. Every bookmark of the mailbox counts as loaded: one
+    // that cannot be fails the whole search, wherever it stands and whatever is looked for.
     [[nodiscard]] QList<Bookmark> searchAllBookmarks(LibraryFilter filter,
                                                      const LibraryRefinements& refinements, LibrarySort sort);
     [[nodiscard]] QList<qint64> matchingBookmarkIDs(LibraryFilter filter,

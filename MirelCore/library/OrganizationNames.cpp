@@ -27,7 +27,7 @@ QString cleanName(const QString& name)
 
 QString searchPattern(const QString& search)
 {
-    return u'%' + trimmed(search).toLower() + u'%';
+    return u'%' + lowerCased(trimmed(search)) + u'%';
 }
 
 } // namespace mirel

@@ -1,6 +1,6 @@
 #include "library/ParallelIndexLoading.h"
 
-#include <thread>
+#include <system_error>
 
 namespace mirel {
 
@@ -23,9 +23,7 @@ ParallelIndexLoading::ParallelIndexLoading(SQLiteConnection& connection, const Q
 void ParallelIndexLoading::run(const std::function<void(IndexBatch)>& add)
 {
     {
-        std::vector<std::jthread> helpers;
-        for (int i = 0; i < helperCount(); ++i)
-            helpers.emplace_back([this] { help(); });
+        const std::vector<std::jthread> helpers = startHelpers();
         try {
             while (const auto ids = nextIDs()) {
                 add(loadIndexBatch(m_connection, *ids, m_depth));
@@ -39,6 +37,18 @@ void ParallelIndexLoading::run(const std::function<void(IndexBatch)>& add)
     if (m_failure)
         std::rethrow_exception(m_failure);
     deliver(add);
+}
+
+std::vector<std::jthread> ParallelIndexLoading::startHelpers()
+{
+    std::vector<std::jthread> helpers;
+    try {
+        for (int i = 0; i < helperCount(); ++i)
+            helpers.emplace_back([this] { help(); });
+    } catch (const std::system_error&) {
+        // The others do the work of a thread that cannot be started.
+    }
+    return helpers;
 }
 
 int ParallelIndexLoading::helperCount() const

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <thread>
 
 namespace mirel {
 
@@ -19,6 +20,7 @@ public:
     void run(const std::function<void(IndexBatch)>& add);
 
 private:
+    [[nodiscard]] std::vector<std::jthread> startHelpers();
     [[nodiscard]] int helperCount() const;
     // Absent when all have been taken.
     [[nodiscard]] std::optional<QList<qint64>> nextIDs();

@@ -3,7 +3,6 @@
 #include "library/SQLiteStoreError.h"
 #include "support/RawJSON.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <sqlite3.h>

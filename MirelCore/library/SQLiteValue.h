@@ -11,10 +11,11 @@
 
 namespace mirel {
 
-// What the library keeps of a text: all before its first NUL.
+// What the library keeps of a text: all before its first NUL, with a question mark for half a surrogate pair,
+// of which UTF-8 has none.
 [[nodiscard]] inline QString storedText(const QString& text)
 {
-    return text.left(text.indexOf(QChar::Null));
+    return QString::fromUtf8(text.left(text.indexOf(QChar::Null)).toUtf8());
 }
 
 // A value to bind. Texts are UTF-8 and end before their first NUL.

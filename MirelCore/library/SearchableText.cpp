@@ -24,13 +24,6 @@ QString joinedNames(const QList<Tag>& labels)
     return names.join(u' ');
 }
 
-// QString::toLower() moves the rest of the text at each character that grows, which takes minutes for a long
-// text of them. There is one such character, so it goes first, all at once.
-QString lowerCased(QString text)
-{
-    return text.replace(QChar(u'\u0130'), QStringLiteral("i\u0307")).toLower();
-}
-
 } // namespace
 
 QString searchKey(const QString& text)

@@ -23,6 +23,29 @@ QString label(PostPresentationKind kind)
     Q_UNREACHABLE();
 }
 
+namespace {
+
+// `kind` is an enumeration wherever it stands, and the text of one of its cases is not the name of it.
+QJsonValue withCaseNames(const QJsonValue& value)
+{
+    if (value.isArray()) {
+        QJsonArray array;
+        for (const auto& element : value.toArray())
+            array.append(withCaseNames(element));
+        return array;
+    }
+    QJsonObject object = value.toObject();
+    for (auto member = object.begin(); member != object.end(); ++member) {
+        const bool isAnimatedGIF =
+            member.key() == u"kind" && member.value().toString() == rawValue(MediaKind::animatedGIF);
+        member.value() =
+            isAnimatedGIF ? QJsonValue(QStringLiteral("animatedGIF")) : withCaseNames(member.value());
+    }
+    return value.isObject() ? object : value;
+}
+
+} // namespace
+
 PostPresentation::PostPresentation(const Bookmark& bookmark)
 {
     const RawPostPresentationParser parser(bookmark);
@@ -56,7 +79,7 @@ QJsonObject PostPresentation::toJSON() const
         json.insert(QStringLiteral("quotedContent"), mirel::toJSON(*quotedContent));
     if (primaryTitle)
         json.insert(QStringLiteral("primaryTitle"), *primaryTitle);
-    return json;
+    return withCaseNames(json).toObject();
 }
 
 } // namespace mirel

@@ -41,7 +41,8 @@ struct PostPresentation
     // What the user calls the kind: "Article", or "Quoted external link" when there is quoted content.
     [[nodiscard]] QString displayLabel() const;
 
-    // Every field under its name, and the display label. An absent optional is left out.
+    // Every field under its name, and the display label. An absent optional is left out. Enumerations stand
+    // by the names of their cases, also those whose text in archives and tables is another one.
     [[nodiscard]] QJsonObject toJSON() const;
 
     friend bool operator==(const PostPresentation&, const PostPresentation&) = default;

@@ -18,7 +18,7 @@ struct EntityRange
 
 QString lowerCaseString(const RawJSONValue& value, const char* key)
 {
-    return stringAt(value, {key}).value_or(QString()).toLower();
+    return lowerCased(stringAt(value, {key}).value_or(QString()));
 }
 
 // The object that holds the blocks of a rich article, searched in depth. The parser of the text limits that.
@@ -65,15 +65,19 @@ QList<RawJSONValue> orderedEntities(const RawJSONValue& map)
     std::stable_sort(entities.begin(), entities.end(), [](const auto& a, const auto& b) {
         return a.number.has_value() == b.number.has_value() ? precedes(a, b) : a.number.has_value();
     });
-    // Where numbers and texts mix, the rule can contradict itself ("2", "10", "1a"), and the library's
-    // sorting wants a rule that never does. An insertion stands that, and leaves numbers alone as they are.
-    for (size_t sorted = 1; sorted < entities.size(); ++sorted) {
-        for (size_t i = sorted; i > 0 && precedes(entities[i], entities[i - 1]); --i)
-            std::swap(entities[i], entities[i - 1]);
-    }
+    const auto hasText = [](const NumberedEntity& entity) { return !entity.number; };
+    const auto texts = std::find_if(entities.begin(), entities.end(), hasText);
+    // Where numbers and texts mix, the rule can contradict itself ("2", "10", "1a"). So the numbers keep
+    // their order, and each text goes from the end before all that it precedes, as if it were inserted there.
     QList<RawJSONValue> values;
-    for (const NumberedEntity& entity : entities)
-        values.append(entity.entity);
+    auto number = texts;
+    auto text = entities.end();
+    while (number != entities.begin() || text != texts) {
+        const bool isNumber =
+            text == texts || (number != entities.begin() && precedes(*std::prev(text), *std::prev(number)));
+        values.append((isNumber ? --number : --text)->entity);
+    }
+    std::reverse(values.begin(), values.end());
     return values;
 }
 

@@ -66,6 +66,12 @@ QHash<QString, RawJSONValue> usersByID(const RawJSONValue& includes)
     return users;
 }
 
+// The order of texts that are read from their end, in which those with the same end stand together.
+bool endPrecedes(const QString& a, const QString& b)
+{
+    return std::lexicographical_compare(a.crbegin(), a.crend(), b.crbegin(), b.crend());
+}
+
 std::optional<QString> previewText(const RawJSONValue& post)
 {
     if (const auto note = stringAt(post, {"note_tweet", "text"}))
@@ -96,6 +102,18 @@ const RawPostPresentationParser::MediaByKey& RawPostPresentationParser::mediaByK
     return *m_mediaByKey;
 }
 
+const std::vector<const MediaItem*>& RawPostPresentationParser::mediaByEnd() const
+{
+    if (m_mediaByEnd)
+        return *m_mediaByEnd;
+    m_mediaByEnd.emplace();
+    for (const MediaItem& item : mediaByKey())
+        m_mediaByEnd->push_back(&item);
+    std::sort(m_mediaByEnd->begin(), m_mediaByEnd->end(),
+              [](const auto* a, const auto* b) { return endPrecedes(a->id, b->id); });
+    return *m_mediaByEnd;
+}
+
 RawPostPresentationParser::MediaByKey RawPostPresentationParser::mediaLookup() const
 {
     MediaByKey media;
@@ -124,11 +142,16 @@ std::optional<MediaItem> RawPostPresentationParser::mediaItem(const QString& key
         return *exact;
     // Articles name a medium by its number, without the prefix of its key.
     const QString suffix = u'_' + key;
-    for (auto item = media.constBegin(); item != media.constEnd(); ++item) {
-        if (item.key().endsWith(suffix))
-            return *item;
+    const auto& ends = mediaByEnd();
+    const MediaItem* first = nullptr;
+    const auto begin = std::lower_bound(
+        ends.cbegin(), ends.cend(), suffix,
+        [](const MediaItem* item, const QString& wanted) { return endPrecedes(item->id, wanted); });
+    for (auto item = begin; item != ends.cend() && (*item)->id.endsWith(suffix); ++item) {
+        if (!first || (*item)->id < first->id)
+            first = *item;
     }
-    return std::nullopt;
+    return first ? std::optional(*first) : std::nullopt;
 }
 
 QList<MediaItem> RawPostPresentationParser::mediaItems(const QStringList& keys) const

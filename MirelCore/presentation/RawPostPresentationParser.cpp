@@ -2,6 +2,7 @@
 
 #include "presentation/RawJSONLookup.h"
 #include "records/WebHosts.h"
+#include "support/Text.h"
 
 namespace mirel {
 
@@ -21,7 +22,7 @@ RawJSON parse(const QByteArray& rawJSON)
 
 bool isExternal(const QUrl& url)
 {
-    const QString host = url.host().toLower();
+    const QString host = lowerCased(url.host());
     return !host.isEmpty() && host != webHosts::xLinkShortener && !isWithinDomain(host, webHosts::x) &&
            !isWithinDomain(host, webHosts::formerX);
 }

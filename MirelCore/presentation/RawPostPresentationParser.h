@@ -45,6 +45,7 @@ private:
     [[nodiscard]] QList<RawJSONValue> referencedPosts() const;
 
     [[nodiscard]] const MediaByKey& mediaByKey() const;
+    [[nodiscard]] const std::vector<const MediaItem*>& mediaByEnd() const;
     [[nodiscard]] MediaByKey mediaLookup() const;
     [[nodiscard]] std::optional<MediaItem> mediaItem(const QString& key) const;
     [[nodiscard]] QList<MediaItem> mediaItems(const QStringList& keys) const;
@@ -70,6 +71,8 @@ private:
     RawJSONValue m_includes;
     // Made by mediaByKey() when first needed: most searches get by without.
     mutable std::optional<MediaByKey> m_mediaByKey;
+    // The same items in the order of their keys read from the end, made likewise by mediaByEnd().
+    mutable std::optional<std::vector<const MediaItem*>> m_mediaByEnd;
 };
 
 // The media keys in an array that mixes texts with objects.

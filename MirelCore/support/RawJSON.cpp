@@ -242,14 +242,15 @@ std::optional<RawJSON> RawJSON::parseObject(const QByteArray& utf8, QByteArrayVi
     // texts.
     thread_local dom::parser parser;
     const QByteArray text = padded(utf8);
-    // Stricter than parse(): no half surrogate pairs, no numbers beyond 64 bits.
-    if (parser.allocate(static_cast<size_t>(text.size()), maximumDepth) != SUCCESS)
+    const auto size = static_cast<size_t>(text.size());
+    const bool fits = parser.capacity() >= size && parser.max_depth() == maximumDepth;
+    if (!fits && parser.allocate(size, maximumDepth) != SUCCESS)
         return std::nullopt;
     dom::element root;
     dom::object value;
     const std::string_view name(key.data(), static_cast<size_t>(key.size()));
-    if (parser.parse(text.constData(), static_cast<size_t>(text.size()), false).get(root) != SUCCESS ||
-        root[name].get(value) != SUCCESS)
+    // Stricter than parse(): no half surrogate pairs, no numbers beyond 64 bits.
+    if (parser.parse(text.constData(), size, false).get(root) != SUCCESS || root[name].get(value) != SUCCESS)
         return std::nullopt;
     try {
         return parse(QByteArray::fromStdString(minify(value)));

@@ -81,6 +81,13 @@ std::optional<QString> nilIfBlank(const std::optional<QString>& text)
     return nilIfBlank(QStringView(*text));
 }
 
+// QString::toLower() moves the rest of the text at each character that grows, which takes minutes for a long
+// text of them. There is one such character, so it goes first, all at once.
+QString lowerCased(QString text)
+{
+    return text.replace(QChar(u'\u0130'), QStringLiteral("i\u0307")).toLower();
+}
+
 qsizetype characterCount(const QString& text)
 {
     QTextBoundaryFinder boundaries(QTextBoundaryFinder::Grapheme, text);

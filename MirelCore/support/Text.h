@@ -14,6 +14,10 @@ namespace mirel {
 [[nodiscard]] std::optional<QString> nilIfBlank(QStringView text);
 [[nodiscard]] std::optional<QString> nilIfBlank(const std::optional<QString>& text);
 
+// The text in lower case, the same in every language. The cost grows with the length, unlike that of
+// QString::toLower().
+[[nodiscard]] QString lowerCased(QString text);
+
 // The number of characters as a reader counts them: grapheme clusters.
 [[nodiscard]] qsizetype characterCount(const QString& text);
 

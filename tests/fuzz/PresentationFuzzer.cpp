@@ -1,4 +1,4 @@
-#include "presentation/PresentationFacts.h"
+#include "presentation/PresentationCase.h"
 #include "support/RawJSON.h"
 
 #include <cstddef>
@@ -15,22 +15,6 @@ void require(bool condition)
 {
     if (!condition)
         std::abort();
-}
-
-void checkFacts(const PresentationFacts& facts, const PostPresentation& presentation)
-{
-    require(facts.kind == presentation.kind);
-    require(facts.hasExternalLinks == !presentation.externalLinks.isEmpty());
-    require(facts.quoted.has_value() == presentation.quotedContent.has_value());
-    if (!facts.quoted)
-        return;
-    const QuotedContentPresentation& content = *presentation.quotedContent;
-    require(facts.quoted->kind == content.kind);
-    require(facts.quoted->title == content.title);
-    require(facts.quoted->hasMedia == !content.media.isEmpty());
-    require(facts.quoted->externalLinks.size() == content.externalLinks.size());
-    for (qsizetype i = 0; i < content.externalLinks.size(); ++i)
-        require(facts.quoted->externalLinks[i] == content.externalLinks[i].url);
 }
 
 bool holdsOnlyItsOwn(const ArticleBlock& block)
@@ -59,7 +43,7 @@ void check(const Bookmark& bookmark)
 {
     const PostPresentation presentation(bookmark);
     require(presentation == PostPresentation(bookmark));
-    checkFacts(PresentationFacts::of(bookmark), presentation);
+    require(PresentationFacts::of(bookmark) == factsOf(presentation));
     checkBlocks(presentation.articleBlocks);
     require(fromJSON<QList<ExternalLinkPreview>>(toJSON(presentation.externalLinks)) ==
             presentation.externalLinks);

@@ -4,6 +4,7 @@
 #include "library/IndexBench.h"
 #include "library/LibraryFilling.h"
 #include "library/SQLiteStoreError.h"
+#include "testing/FailingThreads.h"
 
 #include <QFile>
 #include <QThread>
@@ -152,6 +153,16 @@ TEST_F(LoadingAhead, ReadsNothingWhenItGetsNoConnection)
         index->beginLoadingAhead();
         index->endLoadingAhead();
     }
+    EXPECT_EQ(found("post"), newestFirst(3));
+}
+
+TEST_F(LoadingAhead, LeavesAllToTheFirstSearchWhenItGetsNoThread)
+{
+    testing::addBookmarks(*connection, 3);
+    testing::failingThreads().arm(0);
+    index->beginLoadingAhead();
+    EXPECT_TRUE(testing::failingThreads().fired());
+    index->endLoadingAhead();
     EXPECT_EQ(found("post"), newestFirst(3));
 }
 

@@ -114,15 +114,23 @@ class FolderNameTest : public Folders, public ::testing::WithParamInterface<test
 
 TEST_P(FolderNameTest, IsCutAtAHundredCharacters)
 {
-    const QString character = QString::fromUtf16(GetParam().character);
-    const Folder made = store->createFolder(character.repeated(150), {}, {}, Folder::Source::local, {});
-    EXPECT_EQ(made.name, character.repeated(100));
-    EXPECT_EQ(store->updateFolder(made.id, u'\n' + character.repeated(101), {}, {}).name,
-              character.repeated(100));
+    const auto& character = GetParam();
+    const Folder made = store->createFolder(character.given(150), {}, {}, Folder::Source::local, {});
+    EXPECT_EQ(made.name, character.stored(100));
+    EXPECT_EQ(store->updateFolder(made.id, u'\n' + character.given(101), {}, {}).name, character.stored(100));
 }
 
 INSTANTIATE_TEST_SUITE_P(Characters, FolderNameTest, ::testing::ValuesIn(testing::characterCases),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(Folders, AVeryLongNameIsCutBeforeItsSlugIsMade)
+{
+    const Folder made = store->createFolder(testing::longText(), {}, {}, Folder::Source::local, {});
+    EXPECT_EQ(made.name, testing::longText().first(100));
+    EXPECT_EQ(made.slug, QStringLiteral("s").repeated(200));
+    EXPECT_EQ(store->updateFolder(made.id, testing::longText(), {}, {}), made);
+    EXPECT_EQ(stored(made.id), made);
+}
 
 TEST_F(Folders, UpdatingReplacesAbsentValuesToo)
 {

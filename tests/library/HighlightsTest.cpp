@@ -54,17 +54,26 @@ class HighlightTextTest : public Highlights, public ::testing::WithParamInterfac
 TEST_P(HighlightTextTest, IsCutAtItsCharacters)
 {
     add(1);
-    const QString character = QString::fromUtf16(GetParam().character);
+    const auto& character = GetParam();
     const BookmarkHighlight made =
-        highlight(u' ' + character.repeated(600) + u'\n', 0, 600, u' ' + character.repeated(1300));
-    EXPECT_EQ(made.selectedText, character.repeated(500)) << "trimmed first";
-    EXPECT_EQ(made.contextText, u' ' + character.repeated(1199)) << "not trimmed";
+        highlight(u' ' + character.given(600) + u'\n', 0, 600, u' ' + character.given(1300));
+    EXPECT_EQ(made.selectedText, character.stored(500)) << "trimmed first";
+    EXPECT_EQ(made.contextText, u' ' + character.stored(1199)) << "not trimmed";
     EXPECT_EQ(made.endOffset, 600) << "the offsets are those of the whole selection";
     EXPECT_EQ(store->highlights(1), QList<BookmarkHighlight>{made});
 }
 
 INSTANTIATE_TEST_SUITE_P(Characters, HighlightTextTest, ::testing::ValuesIn(testing::characterCases),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(Highlights, AVeryLongSelectionIsCut)
+{
+    add(1);
+    const BookmarkHighlight made = highlight(testing::longText(), 0, 1'000'000, testing::longText());
+    EXPECT_EQ(made.selectedText, testing::longText().first(500));
+    EXPECT_EQ(made.contextText, testing::longText().first(1'200));
+    EXPECT_EQ(store->highlights(1), QList<BookmarkHighlight>{made});
+}
 
 TEST_F(Highlights, ABlankContextStays)
 {

@@ -117,17 +117,25 @@ class LabelNameTest : public Labels, public ::testing::WithParamInterface<testin
 
 TEST_P(LabelNameTest, IsCutAtAHundredCharacters)
 {
-    const QString character = QString::fromUtf16(GetParam().character);
-    const Tag made =
-        store->createTag(character.repeated(150), QStringLiteral("#111111"), Tag::Source::manual);
-    EXPECT_EQ(made.name, character.repeated(100));
-    const Tag renamed = store->renameTag(made.id, u' ' + character.repeated(101), made.colorHex);
-    EXPECT_EQ(renamed.name, character.repeated(100)) << "trimmed first";
-    EXPECT_EQ(store->renameTag(made.id, character.repeated(99), made.colorHex).name, character.repeated(99));
+    const auto& character = GetParam();
+    const Tag made = store->createTag(character.given(150), QStringLiteral("#111111"), Tag::Source::manual);
+    EXPECT_EQ(made.name, character.stored(100));
+    const Tag renamed = store->renameTag(made.id, u' ' + character.given(101), made.colorHex);
+    EXPECT_EQ(renamed.name, character.stored(100)) << "trimmed first";
+    EXPECT_EQ(store->renameTag(made.id, character.given(99), made.colorHex).name, character.stored(99));
 }
 
 INSTANTIATE_TEST_SUITE_P(Characters, LabelNameTest, ::testing::ValuesIn(testing::characterCases),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(Labels, AVeryLongNameIsCutBeforeItsSlugIsMade)
+{
+    const Tag made = store->createTag(testing::longText(), QStringLiteral("#111111"), Tag::Source::manual);
+    EXPECT_EQ(made.name, testing::longText().first(100));
+    EXPECT_EQ(made.slug, QStringLiteral("s").repeated(200));
+    EXPECT_EQ(store->renameTag(made.id, testing::longText(), made.colorHex), made);
+    EXPECT_EQ(store->tags(), QList<Tag>{made});
+}
 
 TEST_F(Labels, RenamingChangesNameSlugAndColorAndKeepsTheSource)
 {

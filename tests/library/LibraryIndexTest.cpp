@@ -89,6 +89,26 @@ TEST_F(LibraryIndexOfAConnection, ListsAnAuthorThatComesLaterWithoutASearch)
     EXPECT_EQ(index->ids(LibraryFilter::all, LibrarySort::author), (QList<qint64>{1, 2}));
 }
 
+// Of another process: the column takes texts, and SQL orders them after all numbers.
+TEST_F(LibraryIndexOfAConnection, OrdersDatesThatAreNoNumbersAsTheTableDoes)
+{
+    testing::addBookmarks(*connection, 6);
+    other->execute("UPDATE bookmarks SET post_created_at = 'b' WHERE id IN (2, 5);"
+                   "UPDATE bookmarks SET post_created_at = 'a' WHERE id = 4;"
+                   "UPDATE bookmarks SET post_created_at = x'00' WHERE id = 1;"
+                   "UPDATE bookmarks SET post_created_at = 9e999 WHERE id = 3");
+    const auto all = LibraryFilter::all;
+    const auto store = library.open();
+    const auto expectOrder = [&](const QList<qint64>& newest) {
+        EXPECT_EQ(index->ids(all, LibrarySort::newest), newest);
+        for (const LibrarySort sort : {LibrarySort::newest, LibrarySort::oldest})
+            EXPECT_EQ(index->ids(all, sort), store->allBookmarkIDs(all, sort));
+    };
+    expectOrder({1, 5, 2, 4, 3, 6});
+    connection->execute("UPDATE bookmarks SET post_created_at = 'c' WHERE id = 2");
+    expectOrder({1, 2, 5, 4, 3, 6});
+}
+
 // What the other connection does when the first one begins to read labels, its outlines being read.
 int deleteMeanwhile(unsigned int, void* other, void*, void* sql)
 {

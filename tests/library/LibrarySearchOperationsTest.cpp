@@ -1,7 +1,7 @@
 #include "testing/Printing.h"
 
-#include "library/LinearSearch.h"
-#include "testing/FailingSQLite.h"
+#include "library/PlainEvaluation.h"
+#include "support/Error.h"
 #include "testing/TemporaryLibrary.h"
 
 #include <gtest/gtest.h>
@@ -32,21 +32,24 @@ protected:
     QList<qint64> found(const LibraryRefinements& refinements, LibraryFilter filter = LibraryFilter::all,
                         LibrarySort sort = LibrarySort::newest)
     {
-        const QList<Bookmark> matching = matchingBookmarks(*store, filter, refinements, sort);
+        plain.renew();
+        const QList<qint64> ids = plain.matchingIDs(filter, refinements, sort);
+        const QList<Bookmark> matching = plain.bookmarks(ids);
         EXPECT_EQ(store->searchAllBookmarks(filter, refinements, sort), matching);
-        EXPECT_EQ(store->matchingBookmarkIDs(filter, refinements, sort), idsOf(matching));
+        EXPECT_EQ(store->matchingBookmarkIDs(filter, refinements, sort), ids);
         EXPECT_EQ(store->countBookmarks(filter, refinements), matching.size());
         const BookmarkSearchPage page = store->searchBookmarksPage(filter, refinements, 500, 0, sort);
         EXPECT_EQ(page,
                   (BookmarkSearchPage{.items = matching.first(std::min<qsizetype>(500, matching.size())),
                                       .totalCount = matching.size()}));
         EXPECT_EQ(store->searchBookmarks(filter, refinements, 500, 0, sort), page.items);
-        return idsOf(matching);
+        return ids;
     }
 
     testing::TemporaryLibrary library;
     std::unique_ptr<LocalLibraryStore> store = library.open();
     std::unique_ptr<SQLiteConnection> connection = library.connect();
+    testing::PlainEvaluation plain{library.path()};
 };
 
 TEST_F(LibrarySearchOperations, AnEmptyLibraryHoldsNothingToFind)
@@ -150,51 +153,38 @@ TEST_F(LibrarySearchOperations, LimitOnlyPages)
     EXPECT_EQ(found(refinements).size(), 503);
 }
 
-// How many statements a linear search of the library prepares.
-int statementsOfLinearSearch(LocalLibraryStore& store)
+TEST_F(LibrarySearchOperations, FindAllAtAndBeyondALargestPage)
 {
-    for (int count = 0;; ++count) {
-        testing::failingStatements().arm(count);
-        try {
-            static_cast<void>(matchingBookmarks(store, LibraryFilter::all, {}, LibrarySort::newest));
-        } catch (const Error&) {
-        }
-        testing::failingStatements().disarm();
-        if (!testing::failingStatements().fired())
-            return count;
-    }
-}
-
-TEST_F(LibrarySearchOperations, ALinearSearchReadsOnUntilABatchIsNotFull)
-{
-    static_cast<void>(testing::failingStatements());
-    const auto watched = library.open();
-    // The first one after a change also takes that in.
-    const auto statements = [&] {
-        static_cast<void>(statementsOfLinearSearch(*watched));
-        return statementsOfLinearSearch(*watched);
-    };
-    const int batch = statements();
-    ASSERT_GT(batch, 0);
-    addPosts(499);
-    EXPECT_EQ(statements(), batch);
-    store->upsertFromX(testing::makePost(500), library.clock.now());
-    EXPECT_EQ(statements(), 2 * batch) << "the second batch is empty";
+    addPosts(500);
     EXPECT_EQ(found({}).size(), 500);
-    store->upsertFromX(testing::makePost(501), library.clock.now());
-    EXPECT_EQ(statements(), 2 * batch);
+    addPosts(501);
     EXPECT_EQ(found({}).size(), 501);
 }
 
+// One that stands on no page and among no 500 newest, and that every search comes to all the same.
 TEST_F(LibrarySearchOperations, PassOnTheErrorOfADamagedBookmark)
 {
-    addPosts(2);
+    addPosts(501);
     connection->execute("UPDATE bookmarks SET media_json = 'damaged' WHERE id = 1");
+    connection->execute("INSERT INTO tags (id, name, slug, color_hex) VALUES (11, 'a', 'a', '#111111')");
     const auto all = LibraryFilter::all;
     const auto sort = LibrarySort::newest;
-    EXPECT_THROW(static_cast<void>(matchingBookmarks(*store, all, {}, sort)), Error);
-    EXPECT_THROW(static_cast<void>(store->searchAllBookmarks(all, {}, sort)), Error);
-    EXPECT_THROW(static_cast<void>(store->searchBookmarksPage(all, {}, 10, 0, sort)), Error);
+    for (const char* query : {"", "is:x", "post", "nowhere"}) {
+        SCOPED_TRACE(query);
+        const LibraryRefinements wanted{.query = QString::fromLatin1(query)};
+        const qint64 rule =
+            store->createRule(u'r' + wanted.query, wanted.query, BookmarkRule::Action::tag, 11, true).id;
+        EXPECT_THROW(static_cast<void>(store->searchAllBookmarks(all, wanted, sort)), Error);
+        EXPECT_THROW(static_cast<void>(store->searchBookmarksPage(all, wanted, 10, 0, sort)), Error);
+        EXPECT_THROW(static_cast<void>(store->searchBookmarks(all, wanted, 10, 0, sort)), Error);
+        EXPECT_THROW(static_cast<void>(store->matchingBookmarkIDs(all, wanted, sort)), Error);
+        EXPECT_THROW(static_cast<void>(store->countBookmarks(all, wanted)), Error);
+        EXPECT_THROW(static_cast<void>(store->previewRule(rule)), Error);
+        EXPECT_THROW(static_cast<void>(store->runRule(rule)), Error);
+    }
+    EXPECT_EQ(connection->firstRow("SELECT COUNT(*) AS n FROM bookmark_tags")->integer("n"), 0);
+    EXPECT_EQ(store->countBookmarks(LibraryFilter::read, {}), 0) << "another mailbox";
+    EXPECT_EQ(store->listBookmarks(all, 10, 0, sort).size(), 10) << "a page of a listing";
 }
 
 } // namespace

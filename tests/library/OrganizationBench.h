@@ -16,6 +16,17 @@ struct CharacterCase
 {
     const char* name;
     const char16_t* character;
+    // What the library keeps of it, when that is something else.
+    const char16_t* kept = nullptr;
+
+    [[nodiscard]] QString given(qsizetype times) const
+    {
+        return QString::fromUtf16(character).repeated(times);
+    }
+    [[nodiscard]] QString stored(qsizetype times) const
+    {
+        return QString::fromUtf16(kept ? kept : character).repeated(times);
+    }
 };
 
 inline void PrintTo(const CharacterCase& row, std::ostream* stream)
@@ -23,7 +34,7 @@ inline void PrintTo(const CharacterCase& row, std::ostream* stream)
     *stream << row.name;
 }
 
-inline const std::initializer_list<CharacterCase> characterCases = {
+inline constexpr CharacterCase characterCases[] = {
     {"ASCII", u"a"},
     {"CombiningMark", u"e\u0301"},
     {"BeyondTheBasicPlane", u"😀"},
@@ -34,7 +45,18 @@ inline const std::initializer_list<CharacterCase> characterCases = {
     {"Hangul", u"\u1112\u1161\u11ab"},
     {"Arabic", u"ب"},
     {"HebrewWithPoint", u"\u05e9\u05c1"},
+    {"DotlessI", u"\u0131"},
+    {"DottedI", u"\u0130"},
+    {"SharpS", u"\u00df"},
+    {"HighSurrogateAlone", u"\xd83d", u"?"},
+    {"LowSurrogateAlone", u"\xde00", u"?"},
 };
+
+// Long enough to take minutes where a cost grows with the square of it. Its slug is longer than it.
+inline QString longText()
+{
+    return QStringLiteral("\u00df").repeated(1'000'000);
+}
 
 // A library with what tests of labels, folders, rules, highlights and authors begin with.
 class OrganizationBench : public ::testing::Test

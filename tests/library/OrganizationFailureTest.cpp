@@ -121,103 +121,56 @@ TEST_P(FailingOrganization, IsWholeWhicheverFileOperationFails)
 const auto color = QStringLiteral("#222222");
 const auto name = QStringLiteral("new");
 
-INSTANTIATE_TEST_SUITE_P(Operations, FailingOrganization,
-                         ::
-                             testing::
-                                 Values(OperationRow{"CreateTag", Leaves::whatWasDone,
-                                                     [](LocalLibraryStore& it) {
-                                                         it.createTag(name, color, Tag::Source::manual);
-                                                     }},
-                                        OperationRow{
-                                            "Tags", Leaves::nothing,
-                                            [](LocalLibraryStore& it) { EXPECT_EQ(it.tags().size(), 3); }},
-                                        OperationRow{"TagSummaries", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) {
-                                                         EXPECT_EQ(it.tagSummaries().size(), 3);
-                                                     }},
-                                        OperationRow{
-                                            "RenameTag", Leaves::whatWasDone,
-                                            [](LocalLibraryStore& it) { it.renameTag(1, name, color); }},
-                                        OperationRow{"AddTag", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) { it.addTag(1, 2); }},
-                                        OperationRow{"RemoveTag", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) { it.removeTag(1, 1); }},
-                                        OperationRow{"MergeTags", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) {
-                                                         it.mergeTags({1, 2}, 3);
-                                                     }},
-                                        OperationRow{"DeleteTags", Leaves::whatWasDone,
-                                                     [](LocalLibraryStore& it) {
-                                                         it.deleteTags({1, 2});
-                                                     }},
-                                        OperationRow{"CreateFolder", Leaves::whatWasDone,
-                                                     [](LocalLibraryStore& it) {
-                                                         it.createFolder(name, {}, 2, Folder::Source::local,
-                                                                         {});
-                                                     }},
-                                        OperationRow{
-                                            "Folders", Leaves::nothing,
-                                            [](LocalLibraryStore& it) { EXPECT_EQ(it.folders().size(), 2); }},
-                                        OperationRow{"FolderSummaries", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) {
-                                                         EXPECT_EQ(it.folderSummaries().size(), 2);
-                                                     }},
-                                        OperationRow{
-                                            "UpdateFolder", Leaves::whatWasDone,
-                                            [](LocalLibraryStore& it) { it.updateFolder(2, name, {}, 1); }},
-                                        OperationRow{"DeleteFolder", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) { it.deleteFolder(1); }},
-                                        OperationRow{"AssignFolder", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) { it.assignFolder(1, 1); }},
-                                        OperationRow{"UnassignFolder", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) { it.unassignFolder(1); }},
-                                        OperationRow{
-                                            "Rules", Leaves::nothing,
-                                            [](LocalLibraryStore& it) { EXPECT_EQ(it.rules().size(), 2); }},
-                                        OperationRow{
-                                            "SetRuleEnabled", Leaves::nothing,
-                                            [](LocalLibraryStore& it) { it.setRuleEnabled(1, false); }},
-                                        OperationRow{"DeleteRule", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) { it.deleteRule(1); }},
-                                        OperationRow{"PreviewRule", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) {
-                                                         EXPECT_EQ(it.previewRule(1).size(), 3);
-                                                     }},
-                                        OperationRow{
-                                            "RunLabelRule", Leaves::whatWasDone,
-                                            [](LocalLibraryStore& it) { EXPECT_EQ(it.runRule(1), 3); }},
-                                        OperationRow{
-                                            "RunFolderRule", Leaves::whatWasDone,
-                                            [](LocalLibraryStore& it) { EXPECT_EQ(it.runRule(2), 3); }},
-                                        OperationRow{"RunEnabledRules", Leaves::whatWasDone,
-                                                     [](LocalLibraryStore& it) {
-                                                         EXPECT_EQ(it.runEnabledRules(), 6);
-                                                     }},
-                                        OperationRow{"CreateHighlight", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) {
-                                                         it.createHighlight(1, name, {}, 0, 3, color,
-                                                                            Instant());
-                                                     }},
-                                        OperationRow{"Highlights", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) {
-                                                         EXPECT_EQ(it.highlights().size(), 1);
-                                                     }},
-                                        OperationRow{"DeleteHighlight", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) { it.deleteHighlight(1); }},
-                                        OperationRow{"AuthorSummaries", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) {
-                                                         EXPECT_EQ(it.authorSummaries().size(), 1);
-                                                     }},
-                                        OperationRow{"Preferences", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) {
-                                                         EXPECT_EQ(it.preferences(), AppPreferences());
-                                                     }},
-                                        OperationRow{"SavePreferences", Leaves::nothing,
-                                                     [](LocalLibraryStore& it) {
-                                                         AppPreferences changed;
-                                                         changed.pageSize = 100;
-                                                         it.savePreferences(changed);
-                                                     }}),
+const OperationRow operations[] = {
+    {"CreateTag", Leaves::whatWasDone,
+     [](LocalLibraryStore& it) { it.createTag(name, color, Tag::Source::manual); }},
+    {"Tags", Leaves::nothing, [](LocalLibraryStore& it) { EXPECT_EQ(it.tags().size(), 3); }},
+    {"TagSummaries", Leaves::nothing, [](LocalLibraryStore& it) { EXPECT_EQ(it.tagSummaries().size(), 3); }},
+    {"RenameTag", Leaves::whatWasDone, [](LocalLibraryStore& it) { it.renameTag(1, name, color); }},
+    {"AddTag", Leaves::nothing, [](LocalLibraryStore& it) { it.addTag(1, 2); }},
+    {"RemoveTag", Leaves::nothing, [](LocalLibraryStore& it) { it.removeTag(1, 1); }},
+    {"MergeTags", Leaves::nothing,
+     [](LocalLibraryStore& it) {
+         it.mergeTags({1, 2}, 3);
+     }},
+    {"DeleteTags", Leaves::whatWasDone,
+     [](LocalLibraryStore& it) {
+         it.deleteTags({1, 2});
+     }},
+    {"CreateFolder", Leaves::whatWasDone,
+     [](LocalLibraryStore& it) { it.createFolder(name, {}, 2, Folder::Source::local, {}); }},
+    {"Folders", Leaves::nothing, [](LocalLibraryStore& it) { EXPECT_EQ(it.folders().size(), 2); }},
+    {"FolderSummaries", Leaves::nothing,
+     [](LocalLibraryStore& it) { EXPECT_EQ(it.folderSummaries().size(), 2); }},
+    {"UpdateFolder", Leaves::whatWasDone, [](LocalLibraryStore& it) { it.updateFolder(2, name, {}, 1); }},
+    {"DeleteFolder", Leaves::nothing, [](LocalLibraryStore& it) { it.deleteFolder(1); }},
+    {"AssignFolder", Leaves::nothing, [](LocalLibraryStore& it) { it.assignFolder(1, 1); }},
+    {"UnassignFolder", Leaves::nothing, [](LocalLibraryStore& it) { it.unassignFolder(1); }},
+    {"Rules", Leaves::nothing, [](LocalLibraryStore& it) { EXPECT_EQ(it.rules().size(), 2); }},
+    {"SetRuleEnabled", Leaves::nothing, [](LocalLibraryStore& it) { it.setRuleEnabled(1, false); }},
+    {"DeleteRule", Leaves::nothing, [](LocalLibraryStore& it) { it.deleteRule(1); }},
+    {"PreviewRule", Leaves::nothing, [](LocalLibraryStore& it) { EXPECT_EQ(it.previewRule(1).size(), 3); }},
+    {"RunLabelRule", Leaves::whatWasDone, [](LocalLibraryStore& it) { EXPECT_EQ(it.runRule(1), 3); }},
+    {"RunFolderRule", Leaves::whatWasDone, [](LocalLibraryStore& it) { EXPECT_EQ(it.runRule(2), 3); }},
+    {"RunEnabledRules", Leaves::whatWasDone,
+     [](LocalLibraryStore& it) { EXPECT_EQ(it.runEnabledRules(), 6); }},
+    {"CreateHighlight", Leaves::nothing,
+     [](LocalLibraryStore& it) { it.createHighlight(1, name, {}, 0, 3, color, Instant()); }},
+    {"Highlights", Leaves::nothing, [](LocalLibraryStore& it) { EXPECT_EQ(it.highlights().size(), 1); }},
+    {"DeleteHighlight", Leaves::nothing, [](LocalLibraryStore& it) { it.deleteHighlight(1); }},
+    {"AuthorSummaries", Leaves::nothing,
+     [](LocalLibraryStore& it) { EXPECT_EQ(it.authorSummaries().size(), 1); }},
+    {"Preferences", Leaves::nothing,
+     [](LocalLibraryStore& it) { EXPECT_EQ(it.preferences(), AppPreferences()); }},
+    {"SavePreferences", Leaves::nothing,
+     [](LocalLibraryStore& it) {
+         AppPreferences changed;
+         changed.pageSize = 100;
+         it.savePreferences(changed);
+     }},
+};
+
+INSTANTIATE_TEST_SUITE_P(Operations, FailingOrganization, ::testing::ValuesIn(operations),
                          [](const auto& row) { return std::string(row.param.name); });
 
 } // namespace

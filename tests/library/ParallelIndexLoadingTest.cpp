@@ -4,6 +4,7 @@
 #include "library/LibraryFilling.h"
 #include "library/ParallelIndexLoading.h"
 #include "library/SQLiteStoreError.h"
+#include "testing/FailingThreads.h"
 #include "testing/TemporaryLibrary.h"
 
 #include <QThread>
@@ -99,6 +100,16 @@ TEST_F(ParallelLoading, ReportsTheFailureOfAHelper)
     EXPECT_THROW(load(IndexDepth::texts), SQLiteStoreError);
     ConnectionWatcher::refuses = false;
     EXPECT_EQ(load(IndexDepth::texts), ids);
+}
+
+TEST_F(ParallelLoading, DoesWithoutAHelperThatCannotBeStarted)
+{
+    fill(2'600);
+    if (helpersFor(2'600) == 0)
+        GTEST_SKIP() << "this machine has one processor";
+    testing::failingThreads().arm(0);
+    EXPECT_EQ(load(IndexDepth::texts), ids);
+    EXPECT_TRUE(testing::failingThreads().fired());
 }
 
 TEST_F(ParallelLoading, ReportsItsOwnFailureAndEndsItsHelpers)

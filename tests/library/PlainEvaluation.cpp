@@ -1,6 +1,5 @@
 #include "library/PlainEvaluation.h"
 
-#include "library/LibrarySearch.h"
 #include "support/Error.h"
 
 namespace mirel::testing {
@@ -17,14 +16,16 @@ void PlainEvaluation::renew()
     m_authorPlaces.clear();
 }
 
+QList<qint64> PlainEvaluation::ids(LibraryFilter mailbox, LibrarySort sort)
+{
+    return m_store.allBookmarkIDs(mailbox, sort);
+}
+
 QList<qint64> PlainEvaluation::matchingIDs(LibraryFilter mailbox, const LibraryRefinements& refinements,
                                            LibrarySort sort)
 {
-    const QList<qint64> ids = m_store.allBookmarkIDs(mailbox, sort);
-    if (LibrarySearch(refinements).matchesEverything())
-        return ids;
     QList<qint64> matching;
-    for (const qint64 id : ids) {
+    for (const qint64 id : ids(mailbox, sort)) {
         if (refinements.matches(bookmark(id)))
             matching.append(id);
     }
@@ -69,7 +70,7 @@ LibraryCounts PlainEvaluation::counts()
 QList<Bookmark> PlainEvaluation::readableBookmarks()
 {
     QList<Bookmark> readable;
-    for (const qint64 id : m_store.allBookmarkIDs(LibraryFilter::all, LibrarySort::newest)) {
+    for (const qint64 id : ids(LibraryFilter::all, LibrarySort::newest)) {
         try {
             readable.append(bookmark(id));
         } catch (const Error&) {
@@ -81,8 +82,7 @@ QList<Bookmark> PlainEvaluation::readableBookmarks()
 
 bool PlainEvaluation::hasUnreadableBookmarks()
 {
-    return readableBookmarks().size() <
-           m_store.allBookmarkIDs(LibraryFilter::all, LibrarySort::newest).size();
+    return readableBookmarks().size() < ids(LibraryFilter::all, LibrarySort::newest).size();
 }
 
 qint64 PlainEvaluation::placeOf(qint64 id, LibrarySort sort)

@@ -15,8 +15,10 @@ public:
     // To be called when the library may have changed.
     void renew();
 
-    // The bookmarks of a mailbox that pass the refinements, in order. Loads all of the mailbox before. A
-    // search that asks nothing is a listing, which loads none.
+    // The bookmarks of a mailbox in order, of which none is loaded.
+    [[nodiscard]] QList<qint64> ids(LibraryFilter mailbox, LibrarySort sort);
+
+    // Those of them that pass the refinements. Loads all of the mailbox, whatever the refinements.
     [[nodiscard]] QList<qint64> matchingIDs(LibraryFilter mailbox, const LibraryRefinements& refinements,
                                             LibrarySort sort);
 

@@ -1,6 +1,5 @@
 #include "library/OrganizationBench.h"
-
-#include <random>
+#include "testing/RandomChoices.h"
 
 namespace mirel {
 namespace {
@@ -87,14 +86,22 @@ class RuleNameTest : public Rules, public ::testing::WithParamInterface<testing:
 
 TEST_P(RuleNameTest, IsCutAtAHundredCharacters)
 {
-    const QString character = QString::fromUtf16(GetParam().character);
     const BookmarkRule made =
-        store->createRule(character.repeated(150), {}, BookmarkRule::Action::tag, 1, true);
-    EXPECT_EQ(made.name, character.repeated(100));
+        store->createRule(GetParam().given(150), {}, BookmarkRule::Action::tag, 1, true);
+    EXPECT_EQ(made.name, GetParam().stored(100));
 }
 
 INSTANTIATE_TEST_SUITE_P(Characters, RuleNameTest, ::testing::ValuesIn(testing::characterCases),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(Rules, AVeryLongNameIsCutAndAVeryLongQueryIsNot)
+{
+    const BookmarkRule made =
+        store->createRule(testing::longText(), testing::longText(), BookmarkRule::Action::tag, 1, true);
+    EXPECT_EQ(made.name, testing::longText().first(100));
+    EXPECT_EQ(made.query, testing::longText());
+    EXPECT_EQ(store->rules(), QList<BookmarkRule>{made});
+}
 
 TEST_F(Rules, SearchingLooksInNameAndQueryAndOrdersByName)
 {
@@ -308,23 +315,52 @@ TEST_F(Rules, TheFirstFailureStopsTheRulesAfterIt)
     EXPECT_EQ(stored(after).lastRunAt, std::nullopt);
 }
 
+// Posts that differ in what rules ask for and leave as it is: text, author, media, article, state.
+SyncedBookmark variedPost(int number)
+{
+    SyncedBookmark post = testing::makePost(number);
+    if (number % 3 == 0) {
+        post.author = {.xID = QStringLiteral("43"),
+                       .name = QStringLiteral("Grace Hopper"),
+                       .username = QStringLiteral("grace")};
+    }
+    if (number % 4 == 1)
+        post.media = {{.id = QStringLiteral("3_1"), .url = QUrl(QStringLiteral("https://p.example/1.jpg"))}};
+    if (number % 5 == 2)
+        post.contentTitle = QStringLiteral("An article");
+    return post;
+}
+
 TEST_F(Rules, RunningAllAgainChangesNothing)
 {
-    std::mt19937 random(13);
-    for (int number = 1; number <= 8; ++number)
-        add(number);
-    for (int round = 0; round < 10; ++round) {
+    testing::RandomChoices random(13);
+    constexpr int bookmarks = 30;
+    for (int number = 1; number <= bookmarks; ++number) {
+        const qint64 id = store->upsertFromX(variedPost(number), library.clock.now()).id;
+        store->updateLocalState(id, {}, number % 2 == 0, false, false);
+    }
+    const QStringList conditions{
+        QStringLiteral("\"number 1\""), QStringLiteral("\"number 23\""), QStringLiteral("is:read"),
+        QStringLiteral("is:unread"),    QStringLiteral("has:media"),     QStringLiteral("type:article"),
+        QStringLiteral("type:tweet"),   QStringLiteral("author:ada"),    QStringLiteral("author:hopper")};
+    for (int round = 0; round < 20; ++round) {
         for (const BookmarkRule& each : store->rules())
             store->deleteRule(each.id);
         for (int i = 0; i < 4; ++i) {
-            const std::string name = "rule " + std::to_string(random() % 100'000);
-            const std::string target = "target " + std::to_string(random() % 3);
-            if (random() % 2)
-                labelRule(name.c_str(), tag(target.c_str()).id);
-            else
-                folderRule(name.c_str(), folder(target.c_str()).id);
+            const QString first = random.oneOf(conditions);
+            const QString second = random.oneOf(conditions);
+            const QString query =
+                (random.chance(2) ? QStringLiteral("%1 OR %2") : QStringLiteral("%1 NOT %2"))
+                    .arg(first, second);
+            const std::string target = "target " + std::to_string(random.below(3));
+            const bool isLabel = random.chance(2);
+            store->createRule(QStringLiteral("rule %1").arg(i), query,
+                              isLabel ? BookmarkRule::Action::tag : BookmarkRule::Action::folder,
+                              isLabel ? tag(target.c_str()).id : folder(target.c_str()).id, true);
         }
         const qint64 filed = store->runEnabledRules();
+        EXPECT_GT(filed, 0);
+        EXPECT_LT(filed, 4 * bookmarks);
         const auto once = store->listBookmarks(LibraryFilter::all, 500, 0, LibrarySort::newest);
         const auto rules = store->rules();
         EXPECT_EQ(store->runEnabledRules(), filed);

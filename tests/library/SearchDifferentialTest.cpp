@@ -178,7 +178,10 @@ protected:
 
     Answer expected(const Question& question)
     {
-        const QList<qint64> all = m_plain.matchingIDs(question.mailbox, question.refinements, question.sort);
+        const QList<qint64> all =
+            question.operation == Operation::list
+                ? m_plain.ids(question.mailbox, question.sort)
+                : m_plain.matchingIDs(question.mailbox, question.refinements, question.sort);
         const QList<qint64> page =
             all.mid(std::max<qint64>(question.offset, 0), std::clamp<qint64>(question.limit, 1, 500));
         switch (question.operation) {

@@ -23,6 +23,20 @@ TEST(Trimmed, TakesWhiteSpaceAndLineEndsFromBothEnds)
     EXPECT_EQ(trimmed(QStringLiteral("\u200da\u0301")), u"\u200da\u0301");
 }
 
+TEST(LowerCased, IsTheLowerCaseOfEachCharacter)
+{
+    EXPECT_EQ(lowerCased(QStringLiteral("ÀB 3 ßẞ ΑΣ \u0130I\u0131 字 \U00010400")),
+              QStringLiteral("àb 3 ßß ασ i\u0307i\u0131 字 \U00010428"));
+    EXPECT_EQ(lowerCased(QString()), u"");
+}
+
+// Minutes for a cost that grows with the square of the length.
+TEST(LowerCased, StandsAMegabyteOfLettersThatGrow)
+{
+    constexpr qsizetype megabyte = 1024 * 1024;
+    EXPECT_EQ(lowerCased(QString(megabyte, u'\u0130')), QStringLiteral("i\u0307").repeated(megabyte));
+}
+
 TEST(NilIfBlank, IsAbsentForAbsentEmptyAndBlankText)
 {
     EXPECT_EQ(nilIfBlank(QStringView()), std::nullopt);

@@ -6,8 +6,6 @@
 
 #include "support/FileError.h"
 
-#include <QFile>
-
 #include <cerrno>
 
 // Every statement and every file operation of an open and of a sync fails in turn: the first, the second,
