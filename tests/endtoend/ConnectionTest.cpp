@@ -97,6 +97,23 @@ TEST_F(Connection, EndsWhenXRefuses)
     EXPECT_TRUE(result.errors.endsWith("mirelctl: X authorization was not completed: access_denied\n"));
 }
 
+TEST_F(Connection, SaysThatItWasCanceledAlsoWhileItAsksWhoseTheTokensAre)
+{
+    simulator.setScenario(R"({"faults":[{"action":"stall","path":"/2/users/me"}]})");
+    RunningProgram connect(programs::mirelctl, connecting(), environment());
+    connect.write(simulator.callbackOf(connect.line()).toUtf8());
+    ASSERT_TRUE(eventually([&] {
+        const QJsonArray requests = simulator.requests();
+        return !requests.isEmpty() &&
+               requests.last()[QStringLiteral("path")] == QStringLiteral("/2/users/me");
+    }));
+    connect.interrupt();
+    const ProgramResult result = connect.finish();
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_TRUE(result.errors.endsWith("mirelctl: X authorization canceled.\n")) << result.errors.constData();
+    EXPECT_EQ(storedCredentials(), std::nullopt);
+}
+
 TEST_F(Connection, NeedsAClientAndAnAddressThatXMayReturnTo)
 {
     expectFailure(mirelctl("connect"), "Enter an X OAuth client ID before connecting.");

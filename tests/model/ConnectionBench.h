@@ -1,5 +1,6 @@
 #pragma once
 
+#include "testing/Eventually.h"
 #include "testing/TemporaryLibrary.h"
 #include "x/FailingVault.h"
 #include "x/FakeX.h"
@@ -8,7 +9,6 @@
 #include "model/MirelAppModel.h"
 #include "support/BlockOn.h"
 
-#include <QCoreApplication>
 #include <QCoro/QCoroFuture>
 #include <QPromise>
 #include <QUrlQuery>
@@ -222,8 +222,7 @@ protected:
     // Runs the event loop until X was asked that often whose the credentials are.
     void waitForQuestions(int count) const
     {
-        while (x->questions < count)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        ASSERT_TRUE(eventually([this, count] { return x->questions >= count; }));
     }
 
     TemporaryLibrary library;

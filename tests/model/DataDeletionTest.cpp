@@ -186,8 +186,7 @@ TEST_F(DataDeletion, EndsASyncBeforeItDeletes)
         return testing::makePage(call * 50 + 1, call * 50 + 50, QString::number(call));
     };
     auto syncing = model->syncNow({}, true);
-    while (!isAsked.tryAcquire(1))
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    ASSERT_TRUE(eventually([&] { return isAsked.tryAcquire(1); }));
     auto deleting = model->deleteAllData();
     goesOn.release(2);
     blockOn(std::move(deleting));

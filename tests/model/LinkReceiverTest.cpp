@@ -1,6 +1,7 @@
 #include "testing/Printing.h"
 
 #include "model/LinkReceiver.h"
+#include "testing/Eventually.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -27,8 +28,7 @@ protected:
     auto elsewhere(Operation operation)
     {
         auto result = std::async(std::launch::async, operation);
-        while (result.wait_for(0s) != std::future_status::ready)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        EXPECT_TRUE(testing::eventually([&] { return result.wait_for(0s) == std::future_status::ready; }));
         return result.get();
     }
 
@@ -110,8 +110,7 @@ TEST_F(ReceivedLinks, WaitUntilTheProgramThatIsJustStartingTakesThem)
         received.append(link);
         return true;
     });
-    while (handing.wait_for(0s) != std::future_status::ready)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    ASSERT_TRUE(testing::eventually([&] { return handing.wait_for(0s) == std::future_status::ready; }));
     EXPECT_EQ(handing.get(), Handing::taken);
     EXPECT_EQ(received, QList<HandedLink>({post}));
 }

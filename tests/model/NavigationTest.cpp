@@ -283,10 +283,14 @@ TEST_F(Navigation, GoingBackToAPostThatCannotBeReadShowsItsListAndSaysNothing)
     blockOn(model->nextPage());
     blockOn(model->openBookmark(away));
     blockOn(model->openMailbox(LibraryFilter::archive));
-    library.connect()->execute("UPDATE bookmarks SET media_json = '' WHERE id = " + QByteArray::number(away));
+    // In another mailbox: in its own, no list could be read.
+    library.connect()->execute("UPDATE bookmarks SET media_json = '', is_archived = 1 WHERE id = " +
+                               QByteArray::number(away));
     blockOn(model->goBack());
     EXPECT_FALSE(model->isReaderOpen());
     EXPECT_EQ(model->lastError(), std::nullopt);
+    EXPECT_EQ(model->libraryFilter(), LibraryFilter::inbox);
+    EXPECT_EQ(model->libraryResultCount(), 59);
 }
 
 TEST_F(Navigation, GoingBackToTheMediaReadsThemAnew)

@@ -35,11 +35,16 @@ TEST_F(SearchedLibrary, ListsWhatTheQueryMatches)
 
 TEST_F(SearchedLibrary, ASearchCanBePreparedInParts)
 {
-    startWith(600);
+    store(1, 600);
+    makeModel();
     const auto textBytes = [this] {
         return blockOn(
             model->store()->call([](LocalLibraryStore& opened) { return opened.indexSize().bytes; }));
     };
+    const auto list = [](LocalLibraryStore& opened) {
+        return opened.listBookmarks(LibraryFilter::all, 1, 0, LibrarySort::newest);
+    };
+    blockOn(model->store()->call(list));
     const qint64 before = textBytes();
     blockOn(model->prepareSearch());
     const qint64 prepared = textBytes();
@@ -51,7 +56,8 @@ TEST_F(SearchedLibrary, ASearchCanBePreparedInParts)
 
 TEST_F(SearchedLibrary, PreparingEndsWithTheModel)
 {
-    startWith(600);
+    store(1, 600);
+    makeModel();
     const auto bytes = [](LocalLibraryStore& opened) { return opened.indexSize().bytes; };
     testing::HeldLibrary held(*model);
     auto preparing = model->prepareSearch();

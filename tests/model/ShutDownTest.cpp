@@ -1,13 +1,13 @@
 #include "testing/Printing.h"
 
 #include "model/WiredModelTest.h"
+#include "testing/Eventually.h"
 
 #include "credentials/InMemoryCredentialVault.h"
 #include "model/Demo.h"
 #include "support/BlockOn.h"
 
 #include <QCoro/QCoroFuture>
-#include <QCoro/QCoroTimer>
 #include <QPromise>
 
 #include <vector>
@@ -25,7 +25,7 @@ public:
 class SilentCalls
 {
 public:
-    // Throws unless `isAnswered` by then.
+    // Throws unless `isAnswered` by then, which outlives the wait.
     QCoro::Task<> wait(const bool& isAnswered = never)
     {
         auto& promise = m_promises.emplace_back();
@@ -142,7 +142,11 @@ public:
         m_silent.cancelAll();
         m_tokens.cancelAll();
     }
-    void cancelRepeatable() override { m_silent.cancelAll(); }
+    void cancelRepeatable() override
+    {
+        ++rounds;
+        m_silent.cancelAll();
+    }
 
     void sendToken()
     {
@@ -151,6 +155,8 @@ public:
     }
 
     std::atomic<bool> isAsked = false;
+    // How often the others were ended.
+    std::atomic<int> rounds = 0;
 
 private:
     SilentCalls m_silent;
@@ -173,14 +179,13 @@ protected:
                       return made;
                   });
         model->requestSync(false);
-        while (!m_transport->isAsked)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        ASSERT_TRUE(testing::eventually([this] { return m_transport->isAsked.load(); }));
     }
 
     // When others have long been ended.
     void sendToken()
     {
-        blockOn(QCoro::sleepFor(std::chrono::milliseconds(100)));
+        ASSERT_TRUE(testing::eventually([this] { return m_transport->rounds >= 3; }));
         blockOn(transport->call([](HTTPTransport& it) { static_cast<TokenTransport&>(it).sendToken(); }));
     }
 

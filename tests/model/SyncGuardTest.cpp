@@ -1,6 +1,7 @@
 #include "testing/Printing.h"
 
 #include "model/ModelTestBench.h"
+#include "testing/Eventually.h"
 
 #include <QSemaphore>
 
@@ -15,8 +16,7 @@ class SyncGuards : public testing::ModelTestBench
 protected:
     void waitUntilIdle() const
     {
-        while (model->isSyncing())
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        ASSERT_TRUE(testing::eventually([this] { return !model->isSyncing(); }));
     }
 };
 
@@ -31,8 +31,7 @@ TEST_F(SyncGuards, ASyncThatIsAskedForDuringAnotherDoesNotBegin)
         return XBookmarkPage{};
     };
     model->requestSync(false);
-    while (!isAsked.tryAcquire(1))
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    ASSERT_TRUE(testing::eventually([&] { return isAsked.tryAcquire(1); }));
     model->requestSync(true);
     goesOn.release(2);
     waitUntilIdle();

@@ -1,6 +1,7 @@
 #include "testing/Printing.h"
 
 #include "model/ConnectionBench.h"
+#include "testing/Eventually.h"
 
 #include "model/SettingsValidationError.h"
 #include "x/XAPIError.h"
@@ -291,8 +292,7 @@ TEST_F(XConnection, CredentialsRemovedWhileACodeIsExchangedStayRemoved)
     prepareGrant();
     transport->hold();
     auto completing = model->handleOpenURL(callbackOf(browser->page));
-    while (transport->count == 0)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    ASSERT_TRUE(testing::eventually([this] { return transport->count > 0; }));
     blockOn(model->clearCredentials());
     EXPECT_EQ(transport->count, 1) << "X has not answered yet";
     transport->release();
