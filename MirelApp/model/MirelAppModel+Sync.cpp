@@ -82,7 +82,7 @@ QCoro::Task<> MirelAppModel::syncNow(std::optional<SyncRun::Kind> kind, bool ful
         co_await refreshOrganization();
     endSync();
     ended.finish();
-    if (reloads)
+    if (cancellation.isRequested())
         awaitLeftBehind(cancellation);
 }
 
