@@ -7,6 +7,7 @@
 #include <QProcess>
 
 #include <memory>
+#include <unistd.h>
 
 namespace mirel {
 
@@ -21,6 +22,8 @@ bool openInDefaultBrowser(const QUrl& page, QProcessEnvironment environment, std
     opener->setStandardInputFile(QProcess::nullDevice());
     opener->setStandardOutputFile(QProcess::nullDevice());
     opener->setStandardErrorFile(QProcess::nullDevice());
+    // What ends Mirel in its terminal does not end the browser.
+    opener->setChildProcessModifier([] { ::setsid(); });
     const auto end = [process = opener.get(), failed = std::move(failed)](int code,
                                                                           QProcess::ExitStatus status) {
         process->deleteLater();

@@ -39,8 +39,9 @@ protected:
         QFile program(library.directory() + u'/' + pageOpener());
         ASSERT_TRUE(program.open(QFile::WriteOnly));
         const QByteArray notes = QFile::encodeName(notesPath());
-        program.write("#!/bin/sh\n{ echo \"arguments: $#\"; printf '%s\\n' \"$@\"; env; } >'" + notes +
-                      ".part'\nmv '" + notes + ".part' '" + notes + "'\nexit " +
+        program.write("#!/bin/sh\n{ echo \"arguments: $#\"; printf '%s\\n' \"$@\"; env; "
+                      "[ \"$(cut -d ' ' -f 6 /proc/$$/stat)\" = $$ ] && echo leads its session; } >'" +
+                      notes + ".part'\nmv '" + notes + ".part' '" + notes + "'\nexit " +
                       QByteArray::number(exitStatus) + '\n');
         program.close();
         ASSERT_TRUE(program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
@@ -96,6 +97,7 @@ TEST_F(DefaultBrowser, GetsThePageOfASignInAndNoSecret)
     EXPECT_TRUE(
         given.startsWith("arguments: 1\n" + absoluteString(model->xAuthorizationURL()).toUtf8() + '\n'));
     EXPECT_TRUE(given.contains("MIREL_TEST_VARIABLE=kept"));
+    EXPECT_TRUE(given.endsWith("leads its session\n")) << "so it outlives Mirel";
     const QByteArray verifier = QByteArray(48, 'r').toBase64(QByteArray::Base64UrlEncoding);
     for (const QByteArray& secret : {verifier, QByteArray("planted-client-secret"),
                                      QByteArray("planted-openai-key"), QByteArray("typed-client-secret")})
